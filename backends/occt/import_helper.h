@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/os/child_process.h"
+
+namespace occt {
+
+/// Body of the helper's `import` command: reads one file, leaves the document in a folder, tells
+/// the host about progress, gaps and failures. Returns the process's exit code, 0 for success.
+int runImportHelper(const std::vector<std::string>& arguments, os::ParentChannel& channel);
+
+}  // namespace occt

@@ -1,0 +1,12 @@
+# bextora_test(name SOURCES file... LIBRARIES target... [LABELS label...] [TIMEOUT s])
+# One GoogleTest program; its cases become ctest cases of their own.
+function(bextora_test name)
+    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBRARIES;LABELS" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE warnings ${arg_LIBRARIES} GTest::gtest_main)
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+        PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
+endfunction()

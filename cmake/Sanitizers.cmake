@@ -1,0 +1,10 @@
+if(BEXTORA_SANITIZER STREQUAL "address")
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined
+                        -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
+elseif(BEXTORA_SANITIZER STREQUAL "thread")
+    add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=thread)
+elseif(NOT BEXTORA_SANITIZER STREQUAL "")
+    message(FATAL_ERROR "BEXTORA_SANITIZER: unknown value ${BEXTORA_SANITIZER}")
+endif()
