@@ -1,0 +1,182 @@
+#include "backends/occt/body_identity.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <map>
+#include <tuple>
+#include <vector>
+
+#include <BRepAdaptor_Surface.hxx>
+#include <BRepBndLib.hxx>
+#include <BRepGProp.hxx>
+#include <BRep_Tool.hxx>
+#include <Bnd_Box.hxx>
+#include <GProp_GProps.hxx>
+#include <GProp_PrincipalProps.hxx>
+#include <Geom_Surface.hxx>
+#include <Poly_Triangulation.hxx>
+#include <Standard_Failure.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TopLoc_Location.hxx>
+#include <TopoDS.hxx>
+#include <TopoDS_Face.hxx>
+
+namespace occt {
+namespace {
+
+bool isMeshFace(const TopoDS_Face& face) {
+    TopLoc_Location location;
+    return BRep_Tool::Surface(face, location).IsNull();
+}
+
+/// Sides of triangles by position: several faces of one mesh share corners, not node numbers.
+class MeshSides {
+public:
+    void add(const TopoDS_Face& face) {
+        TopLoc_Location location;
+        const Handle(Poly_Triangulation)& mesh = BRep_Tool::Triangulation(face, location);
+        if (mesh.IsNull()) return;
+        std::vector<std::uint32_t> corner;
+        corner.reserve(static_cast<std::size_t>(mesh->NbNodes()));
+        for (Standard_Integer i = 1; i <= mesh->NbNodes(); ++i) {
+            corner.push_back(number(mesh->Node(i).Transformed(location.Transformation())));
+        }
+        for (Standard_Integer i = 1; i <= mesh->NbTriangles(); ++i) {
+            Standard_Integer n[3];
+            mesh->Triangle(i).Get(n[0], n[1], n[2]);
+            for (int side = 0; side < 3; ++side) {
+                addSide(corner[static_cast<std::size_t>(n[side] - 1)],
+                        corner[static_cast<std::size_t>(n[(side + 1) % 3] - 1)]);
+            }
+        }
+    }
+
+    bool closed() const {
+        return !uses_.empty() && std::all_of(uses_.begin(), uses_.end(),
+                                             [](const auto& entry) { return entry.second == 2; });
+    }
+
+private:
+    std::uint32_t number(const gp_Pnt& point) {
+        const auto fresh = static_cast<std::uint32_t>(numbers_.size());
+        return numbers_.try_emplace({point.X(), point.Y(), point.Z()}, fresh).first->second;
+    }
+    void addSide(std::uint32_t from, std::uint32_t to) {
+        // A triangle that was squeezed to a line has no side of its own there.
+        if (from != to) ++uses_[{std::min(from, to), std::max(from, to)}];
+    }
+
+    std::map<std::tuple<double, double, double>, std::uint32_t> numbers_;
+    std::map<std::pair<std::uint32_t, std::uint32_t>, int> uses_;
+};
+
+/// Place near the body to integrate about: the moments of a small body far from the origin would
+/// otherwise be differences of huge numbers.
+gp_Pnt middle(const TopoDS_Shape& body) {
+    Bnd_Box box;
+    BRepBndLib::AddClose(body, box);
+    if (box.IsVoid()) BRepBndLib::Add(body, box);
+    if (box.IsVoid() || box.IsOpen()) return {0.0, 0.0, 0.0};
+    const gp_Pnt low = box.CornerMin();
+    const gp_Pnt high = box.CornerMax();
+    return {(low.X() + high.X()) / 2, (low.Y() + high.Y()) / 2, (low.Z() + high.Z()) / 2};
+}
+
+std::size_t kindIndex(const TopoDS_Face& face) {
+    constexpr std::size_t kOther = 5;
+    if (isMeshFace(face)) return kOther;
+    switch (BRepAdaptor_Surface(face, Standard_False).GetType()) {
+        case GeomAbs_Plane: return 0;
+        case GeomAbs_Cylinder: return 1;
+        case GeomAbs_Cone: return 2;
+        case GeomAbs_Sphere: return 3;
+        case GeomAbs_Torus: return 4;
+        default: return kOther;
+    }
+}
+
+void countFaces(const TopoDS_Shape& body, bxtexchange::BodyIdentity& identity) {
+    for (TopExp_Explorer faces(body, TopAbs_FACE); faces.More(); faces.Next()) {
+        ++identity.faceCount;
+        ++identity.surfaceKinds[kindIndex(TopoDS::Face(faces.Current()))];
+    }
+}
+
+/// False when the numbers are of no use.
+bool takeMoments(const GProp_GProps& properties, bxtexchange::BodyIdentity& identity) {
+    const gp_Pnt centre = properties.CentreOfMass();
+    identity.centroidMm = {centre.X(), centre.Y(), centre.Z()};
+    const double sign = properties.Mass() < 0.0 ? -1.0 : 1.0;
+    auto& moments = identity.principalMoments;
+    properties.PrincipalProperties().Moments(moments[0], moments[1], moments[2]);
+    bool finite = true;
+    for (std::size_t i = 0; i < 3; ++i) {
+        moments[i] *= sign;
+        finite = finite && std::isfinite(moments[i]) && std::isfinite(identity.centroidMm[i]);
+    }
+    std::sort(moments.begin(), moments.end());
+    return finite;
+}
+
+std::optional<bxtexchange::BodyIdentity> measure(const TopoDS_Shape& body) {
+    bxtexchange::BodyIdentity identity;
+    countFaces(body, identity);
+    if (identity.faceCount == 0) return std::nullopt;
+
+    const gp_Pnt about = middle(body);
+    GProp_GProps surface(about);
+    BRepGProp::SurfaceProperties(body, surface);
+    identity.areaMm2 = surface.Mass();
+    if (!std::isfinite(identity.areaMm2) || identity.areaMm2 <= 0.0) return std::nullopt;
+
+    if (!isClosedBody(body)) {
+        if (!takeMoments(surface, identity)) return std::nullopt;
+        return identity;
+    }
+    GProp_GProps volume(about);
+    BRepGProp::VolumeProperties(body, volume);
+    identity.volumeMm3 = std::abs(volume.Mass());
+    const bool measured = std::isfinite(identity.volumeMm3) && identity.volumeMm3 > 0.0;
+    if (!measured || !takeMoments(volume, identity)) return std::nullopt;
+    return identity;
+}
+
+bool shellsAreClosed(const TopoDS_Shape& body) {
+    bool anyShell = false;
+    for (TopExp_Explorer shells(body, TopAbs_SHELL); shells.More(); shells.Next()) {
+        anyShell = true;
+        if (!BRep_Tool::IsClosed(shells.Current())) return false;
+    }
+    return anyShell && !TopExp_Explorer(body, TopAbs_FACE, TopAbs_SHELL).More();
+}
+
+}  // namespace
+
+bool isClosedBody(const TopoDS_Shape& body) try {
+    if (body.IsNull()) return false;
+    MeshSides sides;
+    bool anyMesh = false;
+    bool anySurface = false;
+    for (TopExp_Explorer faces(body, TopAbs_FACE); faces.More(); faces.Next()) {
+        const TopoDS_Face& face = TopoDS::Face(faces.Current());
+        const bool mesh = isMeshFace(face);
+        anyMesh = anyMesh || mesh;
+        anySurface = anySurface || !mesh;
+        if (mesh) sides.add(face);
+    }
+    // Where triangles meet surfaces nobody can tell; such a body counts as open.
+    if (anyMesh) return !anySurface && sides.closed();
+    return shellsAreClosed(body);
+} catch (const Standard_Failure&) {
+    return false;
+}
+
+std::optional<bxtexchange::BodyIdentity> bodyIdentity(const TopoDS_Shape& body) try {
+    if (body.IsNull()) return std::nullopt;
+    return measure(body);
+} catch (const Standard_Failure&) {
+    return std::nullopt;
+}
+
+}  // namespace occt
