@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace headless {
+
+class Dialog;
+
+/// A message box as it was put before the user.
+struct MessageBox {
+    std::wstring text;
+    std::wstring caption;
+    std::uint32_t style = 0;  ///< see ui::Toolkit::messageBox
+};
+
+/// Who would sit before the screen: sees what the host shows and answers what it asks. All calls
+/// come on the user-interface thread.
+class User {
+public:
+    virtual ~User();
+
+    /// A modal dialog has opened and its controls are filled. Types and presses by means of the
+    /// dialog's operations. A dialog that is still open afterwards is closed as by Esc: nothing
+    /// else could ever end it.
+    virtual void answerDialog(Dialog& dialog) = 0;
+
+    /// A message box; returns the number of the button that was pressed (1 is OK).
+    virtual int answerMessageBox(const MessageBox& box) = 0;
+
+    /// Asked again and again while the progress window stands; true presses its Cancel.
+    virtual bool cancelsProgress() { return false; }
+
+    /// The progress window shows another number, 0 to 100 per cent.
+    virtual void seeProgress(const std::wstring& /*title*/, int /*percent*/) {}
+
+    /// The status bar shows another text; empty when it was cleared.
+    virtual void seeStatusText(const std::wstring& /*text*/) {}
+};
+
+}  // namespace headless
