@@ -24,7 +24,13 @@ struct Options {
 os::Services makeServices(const Options& options);
 
 /// The channel from this helper process to the host that started it. One that writes nowhere
-/// when no host did.
+/// when no host did. From then on SIGPIPE is ignored, and send() ends the helper at once when the
+/// host is gone. Call it once, before the helper starts threads or programs of its own.
 std::unique_ptr<os::ParentChannel> parentChannel();
+
+/// For helpers: from now on the first `new` that finds no memory ends the process with
+/// os::kMemoryLimitExitCode, so that no library in between can swallow the error and go on with
+/// half a result. Libraries that call malloc themselves still report as they do.
+void exitWhenMemoryIsRefused();
 
 }  // namespace posix

@@ -25,6 +25,14 @@ enum class ProcessEnd {
     NotStarted,   ///< the process could not be started at all
 };
 
+/// Exit code by which a helper says that an allocation was refused (std::bad_alloc); it is what
+/// ProcessEnd::MemoryLimit is deduced from.
+inline constexpr int kMemoryLimitExitCode = 86;
+
+/// Exit code of a program whose libraries could not be loaded, by the system's convention. It
+/// counts as NotStarted; a helper never uses it otherwise.
+inline constexpr int kNotLoadedExitCode = 127;
+
 /// A helper process of ours, with one channel of text lines from it to us.
 /// Operations may be called from any one thread at a time, kill() from any thread.
 class ChildProcess {
