@@ -1,0 +1,84 @@
+#include "apps/cli/host_services.h"
+
+#include <cstdlib>
+
+#include "apps/cli/interruptible_clock.h"
+#include "backends/comparer/comparer.h"
+#include "backends/headless/toolkit.h"
+#include "backends/occt/import_service.h"
+#include "backends/posix/posix.h"
+#include "platform/bxt/file_path.h"
+#include "platform/bxt/services.h"
+#include "platform/exchange/services.h"
+#include "platform/hps/services.h"
+#include "platform/os/services.h"
+#include "platform/os/utf8.h"
+#include "platform/ui/services.h"
+
+namespace cli {
+namespace {
+
+constexpr const wchar_t* kMainCaption = L"Bextora";
+constexpr const wchar_t* kPluginLibrary = L"libcompareplugin.so";
+
+bool isLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+wchar_t lower(char c) {
+    return static_cast<wchar_t>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+}
+
+}  // namespace
+
+HostServices::HostServices(const Options& options, ImportLog& log) {
+    posix::Options machine;
+    machine.helperMemoryBytes = options.memoryLimitBytes;
+    machine.helperWallTimeMs = options.timeLimitMs;
+    os::services() = posix::makeServices(machine);
+
+    occt::ImportObserver observer;
+    observer.log = [&log](const std::string& text) { log.add(text); };
+    observer.progress = [&log](const std::string& path, double fraction, const std::string& phase) {
+        log.progress(path, fraction, phase);
+    };
+    imports_ = occt::ImportService::create(observer);
+    HPS::services().importer = imports_;
+    bxtexchange::services() = comparer::makeServices(imports_, comparer::Options());
+    bxt::services().language = userLanguage();
+    os::services().clock = std::make_shared<InterruptibleClock>(
+        os::services().clock, [imports = imports_] { imports->cancelAll(); });
+}
+
+HostServices::~HostServices() {
+    ui::services() = {};
+    bxt::services().strings = nullptr;
+    bxtexchange::services() = {};
+    HPS::services() = {};
+    imports_.reset();
+    os::services() = {};
+}
+
+void HostServices::installToolkit(std::shared_ptr<headless::User> user) const {
+    ui::services().toolkit = std::make_shared<headless::Toolkit>(std::move(user), kMainCaption);
+}
+
+std::string pluginPath() {
+    return os::toUtf8(bxt::FileUtils::getProcessPath() + kPluginLibrary);
+}
+
+std::vector<std::wstring> fileFormats() {
+    return {L"STEP Files", L"*.stp;*.step", L"All Supported Files", L"*.stp;*.step"};
+}
+
+std::wstring userLanguage() {
+    for (const char* name : {"BEXTORA_LANG", "LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const char* value = std::getenv(name);
+        if (!value || !*value) continue;
+        const bool twoLetters = isLetter(value[0]) && isLetter(value[1]) && !isLetter(value[2]);
+        return twoLetters ? std::wstring{lower(value[0]), lower(value[1])} : L"en";
+    }
+    return L"en";
+}
+
+}  // namespace cli

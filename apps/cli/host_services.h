@@ -1,0 +1,43 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "apps/cli/import_log.h"
+#include "apps/cli/options.h"
+#include "backends/headless/user.h"
+
+namespace occt {
+class ImportService;
+}
+
+namespace cli {
+
+/// What this program puts behind the platform's contracts, for as long as it lives. Only one may
+/// live at a time, and it must outlive the plug-in. Its end removes all temporary files.
+class HostServices {
+public:
+    /// `log` outlives the services.
+    HostServices(const Options& options, ImportLog& log);
+    ~HostServices();
+    HostServices(const HostServices&) = delete;
+    HostServices& operator=(const HostServices&) = delete;
+
+    /// Dialogs and message boxes are answered by this user.
+    void installToolkit(std::shared_ptr<headless::User> user) const;
+
+private:
+    std::shared_ptr<occt::ImportService> imports_;
+};
+
+/// Path of the plug-in: beside the running executable.
+std::string pluginPath();
+
+/// Names and patterns of the formats that this host can open.
+std::vector<std::wstring> fileFormats();
+
+/// Two-letter code of the user's language: BEXTORA_LANG, else that of the locale, else "en".
+std::wstring userLanguage();
+
+}  // namespace cli

@@ -1,0 +1,47 @@
+#include "apps/cli/import_log.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+
+#include "apps/cli/text.h"
+
+namespace cli {
+namespace {
+
+constexpr std::size_t kImportParts = 2;
+
+}  // namespace
+
+void ImportLog::add(const std::string& text) {
+    const std::string named = names_.withGivenNames(text);
+    {
+        const std::lock_guard lock(mutex_);
+        if (std::find(messages_.begin(), messages_.end(), named) != messages_.end()) return;
+        messages_.push_back(named);
+    }
+    console_.line("bextora: " + printable(std::string_view(named)));
+}
+
+void ImportLog::progress(const std::string& path, double fraction, const std::string& phase) {
+    std::size_t part = 0;
+    {
+        const std::lock_guard lock(mutex_);
+        const auto known = std::find(paths_.begin(), paths_.end(), path);
+        part = static_cast<std::size_t>(known - paths_.begin());
+        if (known == paths_.end()) paths_.push_back(path);
+    }
+    if (part >= kImportParts) return;
+    const std::string name = std::filesystem::path(path).filename().string();
+    const int percent = static_cast<int>(std::lround(100.0 * std::clamp(fraction, 0.0, 1.0)));
+    console_.progress(static_cast<int>(part), printable(std::string_view(name)) + ": " +
+                                                  printable(std::string_view(phase)) + " " +
+                                                  std::to_string(percent) + " %");
+}
+
+std::vector<std::string> ImportLog::messages() const {
+    const std::lock_guard lock(mutex_);
+    return messages_;
+}
+
+}  // namespace cli

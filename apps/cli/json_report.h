@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+#include "apps/cli/findings.h"
+
+namespace cli {
+
+/// The findings for programs: one JSON object as docs/compare.schema.json describes it, UTF-8,
+/// indented by two blanks, with a line feed at the end. Bytes of names that are no UTF-8 become
+/// U+FFFD, numbers that are not finite null. Equal findings give equal bytes.
+std::string jsonReport(const Findings& findings, bool changesOnly, const ExitOn& rule);
+
+}  // namespace cli

@@ -1,0 +1,20 @@
+#include <exception>
+
+#include "apps/cli/console.h"
+#include "apps/cli/options.h"
+#include "apps/cli/session.h"
+#include "apps/cli/text.h"
+
+int main(int argc, char** argv) {
+    cli::Console console(false);
+    try {
+        const cli::ParsedArguments parsed = cli::parseArguments(argc, argv);
+        if (parsed.options) return cli::runSession(*parsed.options);
+        if (!parsed.standardError.empty()) console.line(parsed.standardError);
+        if (!cli::writeOutput(parsed.standardOutput)) return cli::exit_code::Trouble;
+        return parsed.exitCode;
+    } catch (const std::exception& failure) {
+        console.line("bextora: " + cli::printable(std::string_view(failure.what())));
+        return cli::exit_code::Trouble;
+    }
+}

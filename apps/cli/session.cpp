@@ -1,0 +1,173 @@
+#include "apps/cli/session.h"
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+#include <system_error>
+
+#include "apps/cli/console_user.h"
+#include "apps/cli/host_services.h"
+#include "apps/cli/import_log.h"
+#include "apps/cli/interrupt.h"
+#include "apps/cli/json_report.h"
+#include "apps/cli/plugin_module.h"
+#include "apps/cli/text.h"
+#include "apps/cli/text_report.h"
+#include "backends/headless/application.h"
+#include "platform/exchange/services.h"
+#include "platform/os/services.h"
+#include "platform/os/utf8.h"
+
+namespace cli {
+namespace {
+
+constexpr std::uint32_t kCompareCommand = 101;
+constexpr int kSignalBase = 128;
+
+/// What one run needs, in the order in which it comes to life.
+struct Run {
+    explicit Run(const Options& given) : options(given), console(progressIsWanted()) {}
+
+    const Options& options;
+    Console console;
+    FileNames names;
+    ImportLog log{console, names};
+    std::shared_ptr<ConsoleUser> user;
+    std::shared_ptr<headless::Application> application;
+};
+
+void complain(Run& run, const std::string& text) {
+    run.console.line("bextora: " + text);
+}
+
+/// The system's own reason why a file can't be reached; empty when it can.
+std::string reasonAgainst(const std::string& path) {
+    struct stat found = {};
+    if (::stat(path.c_str(), &found) == 0) return {};
+    return printable(std::string_view(path)) + ": " + std::generic_category().message(errno);
+}
+
+/// Says why there is no result, unless that has been said already.
+void explain(Run& run) {
+    bool known = run.user->gaveReason();
+    for (const std::string& path : {run.options.referencePath, run.options.comparePath}) {
+        const std::string reason = reasonAgainst(path);
+        if (reason.empty()) continue;
+        complain(run, reason);
+        known = true;
+    }
+    if (known) return;
+    const auto document = run.application->activeDocument();
+    const std::string opened = document ? os::toUtf8(document->path()) : std::string();
+    if (!opened.empty()) {
+        complain(run, "nothing was compared: only " +
+                          printable(std::string_view(run.names.withGivenNames(opened))) +
+                          " has anything to show");
+    } else if (run.log.messages().empty()) {
+        const std::string status = os::toUtf8(run.user->lastStatusText());
+        complain(run,
+                 "nothing was compared" +
+                     (status.empty()
+                          ? std::string()
+                          : ": " + printable(std::string_view(run.names.withGivenNames(status)))));
+    } else {
+        complain(run, "nothing was compared");
+    }
+}
+
+bool keepResult(Run& run, const std::wstring& resultPath) {
+    if (run.options.keepResult.empty()) return true;
+    const auto& keep = bxtexchange::services().keepResult;
+    const std::wstring error =
+        keep ? keep(resultPath, os::toWide(run.options.keepResult)) : L"no way to keep a result";
+    if (error.empty()) return true;
+    complain(run, printable(error));
+    return false;
+}
+
+int report(Run& run, const bxtsg::ProductStructureOutcome& structure,
+           const std::shared_ptr<headless::Document>& document) {
+    const auto geometry = document->getAs<bxtsg::SCGeometryResult>(bxtsg::code::GeometryResult);
+    Findings findings;
+    findings.referenceName = run.options.referencePath;
+    findings.compareName = run.options.comparePath;
+    findings.structure = &structure;
+    findings.geometry = geometry.get();
+    findings.messages = run.log.messages();
+
+    const bool colour = run.options.colour == Colour::Always ||
+                        (run.options.colour == Colour::Auto && coloursAreWanted());
+    const std::string text = run.options.json
+                                 ? jsonReport(findings, run.options.changesOnly, run.options.exitOn)
+                                 : textReport(findings, {run.options.changesOnly, colour});
+    run.console.clearProgress();
+    const bool kept = keepResult(run, document->path());
+    if (!writeOutput(text)) {
+        complain(run,
+                 "standard output can't be written: " + std::generic_category().message(errno));
+        return exit_code::Trouble;
+    }
+    return kept ? exitCodeFor(count(findings), run.options.exitOn) : exit_code::Trouble;
+}
+
+/// What the run left on the active document, as an exit code.
+int conclude(Run& run) {
+    if (const int signal = interrupted()) {
+        run.console.clearProgress();
+        complain(run, "interrupted");
+        return kSignalBase + signal;
+    }
+    const auto document = run.application->activeDocument();
+    const auto outcome =
+        document ? document->getAs<bxtsg::SCCompareOutcome>(bxtsg::code::CompareOutcome) : nullptr;
+    if (outcome && document->get(bxtsg::code::Compare)) {
+        return report(run, outcome->productStructure(), document);
+    }
+    run.console.clearProgress();
+    explain(run);
+    return exit_code::Trouble;
+}
+
+int compare(Run& run) {
+    std::string error;
+    const auto module = PluginModule::load(pluginPath(), error);
+    if (!module) {
+        complain(run, error);
+        return exit_code::Trouble;
+    }
+    bxtui::IGUIPlugin& plugin = module->plugin();
+    plugin.attachApplication(run.application);
+    plugin.loadDefaultPreferences();
+    run.application->addView(&plugin);
+    plugin.onCommand(nullptr, kCompareCommand, run.application);
+    const int exitCode = conclude(run);
+    run.application->closeAll();
+    run.application->removeView(&plugin);
+    return exitCode;
+}
+
+}  // namespace
+
+int runSession(const Options& options) {
+    catchInterrupts();
+    Run run(options);
+    const HostServices services(options, run.log);
+    const ConsoleUser::Files files{run.names.typed(options.referencePath),
+                                   run.names.typed(options.comparePath)};
+    for (const auto& [given, typed] : {std::pair(options.referencePath, files.reference),
+                                       std::pair(options.comparePath, files.compare)}) {
+        if (given.empty() || !typed.empty()) continue;
+        complain(run, printable(std::string_view(given)) +
+                          ": a name with a double quote needs a temporary folder, and none can "
+                          "be made");
+        return exit_code::Trouble;
+    }
+    run.user = std::make_shared<ConsoleUser>(files, run.console, run.names, options.status);
+    run.application = std::make_shared<headless::Application>(run.user, fileFormats());
+    services.installToolkit(run.user);
+    return compare(run);
+}
+
+}  // namespace cli

@@ -1,0 +1,144 @@
+#include "apps/cli/options.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace {
+
+using cli::Colour;
+using cli::ParsedArguments;
+
+ParsedArguments parse(std::vector<const char*> arguments) {
+    arguments.insert(arguments.begin(), "bextora");
+    return cli::parseArguments(static_cast<int>(arguments.size()), arguments.data());
+}
+
+TEST(CliOptions, TwoFilesAndTheDefaults) {
+    const ParsedArguments parsed = parse({"a.stp", "b.stp"});
+    ASSERT_TRUE(parsed.options);
+    EXPECT_EQ(parsed.options->referencePath, "a.stp");
+    EXPECT_EQ(parsed.options->comparePath, "b.stp");
+    EXPECT_FALSE(parsed.options->json);
+    EXPECT_FALSE(parsed.options->changesOnly);
+    EXPECT_FALSE(parsed.options->status);
+    EXPECT_EQ(parsed.options->colour, Colour::Auto);
+    EXPECT_EQ(parsed.options->memoryLimitBytes, 0U);
+    EXPECT_EQ(parsed.options->timeLimitMs, 0U);
+    EXPECT_TRUE(parsed.options->keepResult.empty());
+    EXPECT_TRUE(parsed.options->exitOn.structure);
+    EXPECT_TRUE(parsed.options->exitOn.geometry);
+    EXPECT_TRUE(parsed.options->exitOn.placement);
+}
+
+TEST(CliOptions, EveryOptionIsRead) {
+    const ParsedArguments parsed =
+        parse({"--json", "--changes-only", "--color", "always", "--status", "--memory-limit", "2G",
+               "--time-limit", "90s", "--keep-result", "out.glb", "--exit-on", "geometry", "a.stp",
+               "b.stp"});
+    ASSERT_TRUE(parsed.options) << parsed.standardError;
+    EXPECT_TRUE(parsed.options->json);
+    EXPECT_TRUE(parsed.options->changesOnly);
+    EXPECT_TRUE(parsed.options->status);
+    EXPECT_EQ(parsed.options->colour, Colour::Always);
+    EXPECT_EQ(parsed.options->memoryLimitBytes, std::uint64_t{2} << 30);
+    EXPECT_EQ(parsed.options->timeLimitMs, 90000U);
+    EXPECT_EQ(parsed.options->keepResult, "out.glb");
+    EXPECT_FALSE(parsed.options->exitOn.structure);
+    EXPECT_TRUE(parsed.options->exitOn.geometry);
+    EXPECT_FALSE(parsed.options->exitOn.placement);
+}
+
+TEST(CliOptions, PathsAreTakenAsTheyStand) {
+    for (const char* path : {"with space.stp", "\"quoted\".stp", "it's.stp", "[a,b].stp", "{}",
+                             "new\nline.stp", "\xff\xfe.stp", "%d", "a=b.stp", "a\\b.stp", "+x"}) {
+        const ParsedArguments parsed = parse({path, "b.stp"});
+        ASSERT_TRUE(parsed.options) << path << parsed.standardError;
+        EXPECT_EQ(parsed.options->referencePath, path);
+    }
+    const ParsedArguments dashed = parse({"--", "-a.stp", "--json"});
+    ASSERT_TRUE(dashed.options) << dashed.standardError;
+    EXPECT_EQ(dashed.options->referencePath, "-a.stp");
+    EXPECT_EQ(dashed.options->comparePath, "--json");
+    EXPECT_FALSE(dashed.options->json);
+}
+
+TEST(CliOptions, BadArgumentsAreTroubleAndSayWhich) {
+    struct Row {
+        std::vector<const char*> arguments;
+        const char* named;
+    };
+    const Row rows[] = {
+        {{}, "REFERENCE"},
+        {{"a.stp"}, "COMPARE"},
+        {{"a", "b", "third-file"}, "third-file"},
+        {{"--nonsense", "a", "b"}, "--nonsense"},
+        {{"--color", "mauve", "a", "b"}, "mauve"},
+        {{"--memory-limit", "lots", "a", "b"}, "lots"},
+        {{"--memory-limit", "0", "a", "b"}, "--memory-limit"},
+        {{"--time-limit", "-1", "a", "b"}, "--time-limit"},
+        {{"--time-limit", "5y", "a", "b"}, "5y"},
+        {{"--keep-result", "out.step", "a", "b"}, "out.step"},
+        {{"--exit-on", "names", "a", "b"}, "names"},
+        {{"--exit-on", "geometry,", "a", "b"}, "geometry,"},
+    };
+    for (const Row& row : rows) {
+        const ParsedArguments parsed = parse(row.arguments);
+        EXPECT_FALSE(parsed.options) << row.named;
+        EXPECT_EQ(parsed.exitCode, 2) << row.named;
+        EXPECT_TRUE(parsed.standardOutput.empty()) << row.named;
+        EXPECT_NE(parsed.standardError.find(row.named), std::string::npos) << parsed.standardError;
+        EXPECT_NE(parsed.standardError.find("--help"), std::string::npos) << parsed.standardError;
+    }
+}
+
+TEST(CliOptions, ErrorsNeverPassControlCharactersOn) {
+    const ParsedArguments parsed = parse({"--color", "\x1b[31m", "a", "b"});
+    EXPECT_EQ(parsed.exitCode, 2);
+    EXPECT_EQ(parsed.standardError.find('\x1b'), std::string::npos);
+}
+
+TEST(CliOptions, HelpAndVersionGoToStandardOutputAndAreNoError) {
+    const ParsedArguments help = parse({"--help"});
+    EXPECT_FALSE(help.options);
+    EXPECT_EQ(help.exitCode, 0);
+    for (const char* part :
+         {"--json", "--changes-only", "--color", "auto|always|never", "--status", "--memory-limit",
+          "--time-limit", "--keep-result", "--exit-on", "--version", "Examples:", "Exit code:"}) {
+        EXPECT_NE(help.standardOutput.find(part), std::string::npos) << part;
+    }
+    const ParsedArguments version = parse({"--version"});
+    EXPECT_EQ(version.exitCode, 0);
+    EXPECT_EQ(version.standardOutput, "bextora " BEXTORA_VERSION "\n");
+}
+
+TEST(CliOptions, SizesTakeUnitsAndRefuseEverythingElse) {
+    EXPECT_EQ(cli::parseSize("100000"), 100000U);
+    EXPECT_EQ(cli::parseSize("4K"), 4096U);
+    EXPECT_EQ(cli::parseSize("512M"), std::uint64_t{512} << 20);
+    EXPECT_EQ(cli::parseSize("1T"), std::uint64_t{1} << 40);
+    for (const char* text : {"", "0", "G", "1.5G", "-1", " 1", "1 G", "1g", "99999999999999999999",
+                             "99999999T", "1GB"}) {
+        EXPECT_FALSE(cli::parseSize(text)) << text;
+    }
+}
+
+TEST(CliOptions, DurationsTakeUnitsAndRefuseEverythingElse) {
+    EXPECT_EQ(cli::parseDuration("90"), 90000U);
+    EXPECT_EQ(cli::parseDuration("90s"), 90000U);
+    EXPECT_EQ(cli::parseDuration("10m"), 600000U);
+    EXPECT_EQ(cli::parseDuration("2h"), 7200000U);
+    for (const char* text : {"", "0", "s", "1d", "1.5h", "-5", "2000h"}) {
+        EXPECT_FALSE(cli::parseDuration(text)) << text;
+    }
+}
+
+TEST(CliOptions, KeptResultsAreBinaryDocumentsOrGlb) {
+    EXPECT_TRUE(cli::isKeepable("a.xbf"));
+    EXPECT_TRUE(cli::isKeepable("dir/a.glb"));
+    for (const char* path : {"", ".glb", "a.GLB", "a.gltf", "a.step", "glb"}) {
+        EXPECT_FALSE(cli::isKeepable(path)) << path;
+    }
+}
+
+}  // namespace
