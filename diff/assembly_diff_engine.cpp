@@ -11,7 +11,7 @@ AssemblyDiffEngine::AssemblyDiffEngine() = default;
 AssemblyDiffEngine::~AssemblyDiffEngine() = default;
 
 AssemblyNode* AssemblyDiffEngine::CreateNode() {
-    return nodes_.emplace_back(std::make_unique<AssemblyNode>()).get();
+    return nodes_.Create();
 }
 
 void AssemblyDiffEngine::BuildAndDiff(const HPS::Component& referenceComponent,
@@ -29,7 +29,7 @@ AssemblyNode* AssemblyDiffEngine::BuildTree(const HPS::Component& component) {
 void AssemblyDiffEngine::Reset() {
     referenceRoot_ = nullptr;
     compareRoot_ = nullptr;
-    nodes_.clear();
+    nodes_.Clear();
 }
 
 std::wstring AssemblyDiffEngine::GetNodePath(const AssemblyNode* node) {

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "diff/name_map.h"
+#include "diff/node_store.h"
 #include "diff/sibling_matcher.h"
 #include "extract/assembly_node.h"
 #include "platform/hps/component.h"
@@ -92,7 +92,7 @@ private:
     static void SyncPeerModified(extract::AssemblyNode* root);
     static void DemoteUnchanged(extract::AssemblyNode* root);
 
-    std::vector<std::unique_ptr<extract::AssemblyNode>> nodes_;
+    NodeStore nodes_;
     extract::AssemblyNode* referenceRoot_ = nullptr;
     extract::AssemblyNode* compareRoot_ = nullptr;
 };
