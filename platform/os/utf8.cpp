@@ -1,6 +1,7 @@
 #include "platform/os/utf8.h"
 
 #include <cstdint>
+#include <cstring>
 
 namespace os {
 namespace {
@@ -61,6 +62,18 @@ Decoded decode(std::string_view text) {
     return {code, length};
 }
 
+// Nearly all names are ASCII; finding its end word by word is several times quicker than decoding.
+std::size_t asciiPrefix(std::string_view text) {
+    constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+    std::size_t length = 0;
+    for (std::uint64_t word = 0; length + sizeof word <= text.size(); length += sizeof word) {
+        std::memcpy(&word, text.data() + length, sizeof word);
+        if ((word & kHighBits) != 0) break;
+    }
+    while (length < text.size() && static_cast<unsigned char>(text[length]) < 0x80) ++length;
+    return length;
+}
+
 }  // namespace
 
 std::string toUtf8(std::wstring_view text) {
@@ -83,6 +96,10 @@ std::wstring toWide(std::string_view text) {
     std::wstring out;
     out.reserve(text.size());
     while (!text.empty()) {
+        const std::size_t plain = asciiPrefix(text);
+        out.append(text.begin(), text.begin() + plain);
+        text.remove_prefix(plain);
+        if (text.empty()) break;
         const Decoded decoded = decode(text);
         if (decoded.length == 0) {
             out.push_back(static_cast<wchar_t>(kRawByteBase + static_cast<unsigned char>(text[0])));
