@@ -2,9 +2,9 @@
 
 #include <fcntl.h>
 #include <signal.h>
-#include <sys/pidfd.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 
 #include <algorithm>
@@ -197,7 +197,8 @@ StartedChild startChild(const StartRequest& request) {
     }
     child.pid = pid;
     child.channel = std::move(channel.readEnd);
-    child.handle = UniqueFd(::pidfd_open(pid, 0));
+    // By number: the C library's own declaration lacks C linkage in some versions.
+    child.handle = UniqueFd(static_cast<int>(::syscall(SYS_pidfd_open, pid, 0)));
     return child;
 }
 
