@@ -1,11 +1,14 @@
 #include "apps/cli/interrupt.h"
 
+#include <atomic>
 #include <csignal>
+#include <initializer_list>
 
 namespace cli {
 namespace {
 
-volatile std::sig_atomic_t received = 0;
+// Lock-free, so a handler may write it.
+std::atomic<int> received{0};
 
 void onSignal(int signal) {
     received = signal;

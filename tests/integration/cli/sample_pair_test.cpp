@@ -1,0 +1,142 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "tests/integration/cli/cli_files.h"
+#include "tests/integration/cli/schema_check.h"
+#include "tests/support/cli_runner.h"
+#include "tests/support/compare_report.h"
+#include "tests/support/real_data.h"
+
+namespace {
+
+using cli_files::kCompare;
+using cli_files::kReference;
+using support::CliResult;
+using support::ScratchFolder;
+
+/// Runs inside the samples' folder, so that the paths in the output are the same everywhere.
+CliResult runSamples(std::vector<std::string> arguments) {
+    arguments.insert(arguments.end(), {"gearbox_reference.step", "gearbox_compare.step"});
+    return support::runProgram({.arguments = arguments, .workingFolder = BEXTORA_SAMPLES});
+}
+
+void expectGolden(const std::string& name, const std::string& text) {
+    const std::filesystem::path path = std::filesystem::path(BEXTORA_GOLDEN) / name;
+    if (std::getenv("BEXTORA_UPDATE_GOLDENS")) {
+        std::ofstream(path, std::ios::binary) << text;
+        GTEST_SKIP() << "SKIPPED, wrote " << path;
+    }
+    EXPECT_EQ(text, support::readFile(path)) << "update with BEXTORA_UPDATE_GOLDENS=1 after review";
+}
+
+TEST(CliSamplePair, PrintsTheExpectedResultAndExitsWithOne) {
+    const CliResult result = runSamples({});
+    EXPECT_EQ(result.exitCode, 1) << result.description();
+    EXPECT_TRUE(result.standardError.empty()) << result.description();
+    EXPECT_TRUE(result.leftFiles.empty()) << result.description();
+    EXPECT_TRUE(result.leftProcesses.empty()) << result.description();
+    expectGolden("report.txt", result.standardOutput);
+}
+
+TEST(CliSamplePair, ChangesOnlyPrintsTheExpectedRows) {
+    const CliResult result = runSamples({"--changes-only"});
+    EXPECT_EQ(result.exitCode, 1) << result.description();
+    expectGolden("changes.txt", result.standardOutput);
+}
+
+TEST(CliSamplePair, ColoursAreThereOnDemandOnly) {
+    EXPECT_EQ(runSamples({"--color", "auto"}).standardOutput.find('\x1b'), std::string::npos);
+    EXPECT_EQ(runSamples({"--color", "never"}).standardOutput.find('\x1b'), std::string::npos);
+    const std::string coloured = runSamples({"--color", "always"}).standardOutput;
+    for (const char* colour : {"\x1b[31m", "\x1b[32m", "\x1b[33m"}) {
+        EXPECT_NE(coloured.find(colour), std::string::npos);
+    }
+}
+
+TEST(CliSamplePair, JsonAgreesWithItsSchema) {
+    const auto schema = nlohmann::json::parse(support::readFile(BEXTORA_JSON_SCHEMA));
+    for (const std::vector<std::string>& options :
+         {std::vector<std::string>{"--json"}, {"--json", "--changes-only"}}) {
+        const CliResult result = runSamples(options);
+        EXPECT_EQ(result.exitCode, 1) << result.description();
+        const auto report = nlohmann::json::parse(result.standardOutput, nullptr, false);
+        ASSERT_FALSE(report.is_discarded()) << result.description();
+        for (const std::string& error : support::schemaErrors(schema, report))
+            ADD_FAILURE() << error;
+        EXPECT_FALSE(report["productStructure"]["rows"].empty());
+        EXPECT_FALSE(report["geometry"]["instances"].empty());
+    }
+}
+
+TEST(CliSamplePair, JsonAndTextTellTheSameStory) {
+    const auto report = support::CompareReport::parse(runSamples({"--json"}).standardOutput);
+    ASSERT_TRUE(report);
+    const std::string text = runSamples({}).standardOutput;
+    for (const auto& node : report->reference) {
+        EXPECT_NE(text.find(node.displayName), std::string::npos) << node.displayName;
+    }
+    EXPECT_EQ(report->exitCode, 1);
+    EXPECT_TRUE(report->different);
+    EXPECT_NE(text.find(std::to_string(report->instancesThatAre("unchanged")) + " unchanged"),
+              std::string::npos);
+}
+
+TEST(CliSamplePair, ExitOnNarrowsTheExitCode) {
+    const ScratchFolder scratch;
+    const std::string low = scratch.write("low.step", cli_files::box(10));
+    const std::string high = scratch.write("high.step", cli_files::box(11));
+    const auto code = [&](const std::string& list) {
+        return support::runProgram({.arguments = {"--exit-on", list, low, high}}).exitCode;
+    };
+    EXPECT_EQ(code("geometry"), 1);
+    EXPECT_EQ(code("structure"), 0);
+    EXPECT_EQ(code("placement"), 0);
+    EXPECT_EQ(code("placement,geometry"), 1);
+}
+
+TEST(CliSamplePair, CopyUnderAnotherNameIsTheSame) {
+    const ScratchFolder scratch;
+    const std::string copy = scratch.write("copy.step", support::readFile(kReference));
+    const CliResult result = support::runProgram({.arguments = {kReference, copy}});
+    EXPECT_EQ(result.exitCode, 0) << result.description();
+    EXPECT_NE(result.standardOutput.find("Summary: no differences"), std::string::npos)
+        << result.standardOutput;
+}
+
+TEST(CliSamplePair, StatusShowsTheHostsTextsOnStandardError) {
+    const CliResult result = runSamples({"--status"});
+    EXPECT_EQ(result.exitCode, 1);
+    const std::size_t comparing = result.standardError.find("status: Comparing...\n");
+    const std::size_t completed = result.standardError.find("status: Comparison completed in ");
+    ASSERT_NE(comparing, std::string::npos) << result.description();
+    ASSERT_NE(completed, std::string::npos) << result.description();
+    EXPECT_LT(comparing, completed);
+}
+
+TEST(CliSamplePair, KeepsTheResultAsDocumentOrScene) {
+    const ScratchFolder scratch;
+    const std::string document = (scratch.path() / "kept result.xbf").string();
+    const std::string scene = (scratch.path() / "kept.glb").string();
+    EXPECT_EQ(runSamples({"--keep-result", document}).exitCode, 1);
+    EXPECT_EQ(support::readFile(document).substr(0, 7), "BINFILE");
+    EXPECT_EQ(runSamples({"--keep-result", scene}).exitCode, 1);
+    EXPECT_EQ(support::readFile(scene).substr(0, 4), "glTF");
+}
+
+TEST(CliSamplePair, ResultThatCannotBeKeptIsTroubleButTheReportIsPrinted) {
+    const CliResult result = runSamples({"--keep-result", "/nonexistent/folder/kept.glb"});
+    EXPECT_EQ(result.exitCode, 2) << result.description();
+    EXPECT_NE(result.standardOutput.find("Summary:"), std::string::npos);
+    EXPECT_NE(result.standardError.find("/nonexistent/folder/kept.glb"), std::string::npos)
+        << result.description();
+}
+
+TEST(CliSamplePair, NoProgressIsWrittenIntoAPipe) {
+    EXPECT_TRUE(runSamples({}).standardError.empty());
+}
+
+}  // namespace
