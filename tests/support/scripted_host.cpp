@@ -52,11 +52,11 @@ ScriptedHost::ScriptedHost(Log log)
 }
 
 std::shared_ptr<bxt::IFrame> ScriptedHost::activeFrame() {
-    return active;
+    return hideFrame ? nullptr : active;
 }
 
 std::shared_ptr<bxtsg::IFactory> ScriptedHost::activeFactory() {
-    return active ? active->factory() : nullptr;
+    return active && !hideFactory ? active->factory() : nullptr;
 }
 
 void ScriptedHost::setStatusText(const std::wstring& text) {

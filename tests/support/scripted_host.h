@@ -19,6 +19,7 @@ namespace support {
 class FakeDocument : public bxt::IDocument {
 public:
     FakeDocument(std::string label, Log log) : name(std::move(label)), log_(std::move(log)) {}
+    ~FakeDocument() override { log_->add(name + ".delete"); }
     std::shared_ptr<bxtsg::Schema> get(std::uint16_t code) override;
     void attach(std::uint16_t code, std::shared_ptr<bxtsg::Schema> schema) override;
 
@@ -97,6 +98,8 @@ public:
     std::unique_ptr<FakeStatusManager> status;
     std::wstring statusText;
     bool unavailable = false;
+    bool hideFrame = false;    ///< no active frame
+    bool hideFactory = false;  ///< no active factory
     bool documentOpens = true;
     /// What runProgress() does; by default it waits for the end and returns 0.
     std::function<int()> onRunProgress;
