@@ -126,8 +126,8 @@ INSTANTIATE_TEST_SUITE_P(
                     "OCCT__bug31000_InSensitive.stp", "OCCT__bug32314_corrupted.stp",
                     "OCCT__bug33665.step", "OCCT__xr1-db-214_0.stp", "mayo__#332_file.stp",
                     "mayo__cube.step"),
-    [](const testing::TestParamInfo<const char*>& info) {
-        std::string name = info.param;
+    [](const testing::TestParamInfo<const char*>& test) {
+        std::string name = test.param;
         for (char& c : name) c = std::isalnum(static_cast<unsigned char>(c)) != 0 ? c : '_';
         return name;
     });

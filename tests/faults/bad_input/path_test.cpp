@@ -80,4 +80,4 @@ INSTANTIATE_TEST_SUITE_P(
                     OddPath{"ControlCharacters", "bell\a tab\t escape\x1b[31m/line\nfeed.stp"},
                     OddPath{"NoExtensionOfStep", "archive.v2.old/part.STP"},
                     OddPath{"NotUtf8", "caf\xe9/r\xe9vision.stp"}),
-    [](const testing::TestParamInfo<OddPath>& info) { return std::string(info.param.label); });
+    [](const testing::TestParamInfo<OddPath>& test) { return std::string(test.param.label); });
