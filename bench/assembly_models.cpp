@@ -9,7 +9,7 @@ namespace bench {
 namespace {
 
 namespace ComponentType = HPS::ComponentType;
-using test_support::MemoryModel;
+using support::MemoryModel;
 
 constexpr std::size_t kSpineLevels = 500;
 

@@ -23,8 +23,8 @@ enum class Names : int {
 };
 
 struct ModelPair {
-    std::shared_ptr<const test_support::MemoryModel> reference;
-    std::shared_ptr<const test_support::MemoryModel> compare;
+    std::shared_ptr<const support::MemoryModel> reference;
+    std::shared_ptr<const support::MemoryModel> compare;
 };
 
 /// Two models of about `nodes` occurrences each. In the compare model about one list of siblings
@@ -33,6 +33,6 @@ struct ModelPair {
 ModelPair makePair(Shape shape, Names names, std::size_t nodes);
 
 /// Names of all occurrences in the order of their components.
-std::vector<std::wstring> occurrenceNames(const test_support::MemoryModel& model);
+std::vector<std::wstring> occurrenceNames(const support::MemoryModel& model);
 
 }  // namespace bench

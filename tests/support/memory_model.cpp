@@ -2,7 +2,7 @@
 
 #include "platform/exchange/services.h"
 
-namespace test_support {
+namespace support {
 namespace {
 
 namespace ComponentType = HPS::ComponentType;
@@ -34,7 +34,7 @@ ComponentShape item(std::uint32_t type, std::string name, std::vector<ComponentS
     return {type, std::move(name), std::move(children), {}};
 }
 
-MemoryModel::Builder::Builder() : model_(std::make_unique<MemoryModel>()) {
+MemoryModel::Builder::Builder(std::unique_ptr<MemoryModel> model) : model_(std::move(model)) {
     add(kRoot, ComponentType::ModelFile, "");
 }
 
@@ -165,4 +165,4 @@ ScopedMultiBody::~ScopedMultiBody() {
     bxtexchange::services().isMultiBody = saved_->question;
 }
 
-}  // namespace test_support
+}  // namespace support

@@ -10,7 +10,7 @@
 #include "platform/hps/component.h"
 #include "platform/hps/component_type.h"
 
-namespace test_support {
+namespace support {
 
 /// One component of a small model, written down as a nested expression.
 struct ComponentShape {
@@ -37,7 +37,9 @@ public:
     /// Adds components one by one; a parent comes before its children.
     class Builder {
     public:
-        Builder();
+        Builder() : Builder(std::make_unique<MemoryModel>()) {}
+        /// Fills a model of a class of the test's own.
+        explicit Builder(std::unique_ptr<MemoryModel> model);
         /// The model file itself.
         static constexpr HPS::ComponentId kRoot = 0;
         HPS::ComponentId add(HPS::ComponentId parent, std::uint32_t type, std::string name);
@@ -103,4 +105,4 @@ private:
     std::unique_ptr<Saved> saved_;
 };
 
-}  // namespace test_support
+}  // namespace support
