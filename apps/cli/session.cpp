@@ -1,13 +1,11 @@
 #include "apps/cli/session.h"
 
-#include <sys/stat.h>
-
 #include <cerrno>
-#include <cstdlib>
 #include <memory>
 #include <system_error>
 
 #include "apps/cli/console_user.h"
+#include "apps/cli/failure.h"
 #include "apps/cli/host_services.h"
 #include "apps/cli/import_log.h"
 #include "apps/cli/interrupt.h"
@@ -42,39 +40,16 @@ void complain(Run& run, const std::string& text) {
     run.console.line("bextora: " + text);
 }
 
-/// The system's own reason why a file can't be reached; empty when it can.
-std::string reasonAgainst(const std::string& path) {
-    struct stat found = {};
-    if (::stat(path.c_str(), &found) == 0) return {};
-    return printable(std::string_view(path)) + ": " + std::generic_category().message(errno);
-}
-
-/// Says why there is no result, unless that has been said already.
+/// Says why there is no result.
 void explain(Run& run) {
-    bool known = run.user->gaveReason();
-    for (const std::string& path : {run.options.referencePath, run.options.comparePath}) {
-        const std::string reason = reasonAgainst(path);
-        if (reason.empty()) continue;
-        complain(run, reason);
-        known = true;
-    }
-    if (known) return;
+    Failure failure;
+    failure.paths = {run.options.referencePath, run.options.comparePath};
     const auto document = run.application->activeDocument();
-    const std::string opened = document ? os::toUtf8(document->path()) : std::string();
-    if (!opened.empty()) {
-        complain(run, "nothing was compared: only " +
-                          printable(std::string_view(run.names.withGivenNames(opened))) +
-                          " has anything to show");
-    } else if (run.log.messages().empty()) {
-        const std::string status = os::toUtf8(run.user->lastStatusText());
-        complain(run,
-                 "nothing was compared" +
-                     (status.empty()
-                          ? std::string()
-                          : ": " + printable(std::string_view(run.names.withGivenNames(status)))));
-    } else {
-        complain(run, "nothing was compared");
-    }
+    if (document) failure.openedFile = run.names.withGivenNames(os::toUtf8(document->path()));
+    failure.statusText = run.names.withGivenNames(os::toUtf8(run.user->lastStatusText()));
+    failure.reasonGiven = run.user->gaveReason();
+    failure.causeLogged = !run.log.messages().empty();
+    for (const std::string& sentence : explanation(failure)) complain(run, sentence);
 }
 
 bool keepResult(Run& run, const std::wstring& resultPath) {

@@ -135,6 +135,24 @@ TEST(CliSamplePair, ResultThatCannotBeKeptIsTroubleButTheReportIsPrinted) {
         << result.description();
 }
 
+TEST(CliSamplePair, ProgressLineOfATerminalIsTakenAwayAgain) {
+    const std::string program = "/usr/bin/script";
+    if (!std::filesystem::exists(program)) GTEST_SKIP() << "SKIPPED: needs " << program;
+    const CliResult result = support::runProgram(
+        program,
+        {.arguments = {"-qec", "\"$PROGRAM\" \"$REFERENCE\" \"$COMPARE\" >/dev/null", "/dev/null"},
+         .environment = {{"TERM", "xterm"},
+                         {"PROGRAM", support::programPath()},
+                         {"REFERENCE", kReference},
+                         {"COMPARE", kCompare}}});
+    EXPECT_EQ(result.exitCode, 1) << result.description();
+    EXPECT_NE(result.standardOutput.find("comparing"), std::string::npos) << result.description();
+    const std::string erase = "\r\x1b[K";
+    ASSERT_GE(result.standardOutput.size(), erase.size());
+    EXPECT_EQ(result.standardOutput.substr(result.standardOutput.size() - erase.size()), erase)
+        << result.description();
+}
+
 TEST(CliSamplePair, NoProgressIsWrittenIntoAPipe) {
     EXPECT_TRUE(runSamples({}).standardError.empty());
 }
