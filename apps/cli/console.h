@@ -9,6 +9,11 @@
 
 namespace cli {
 
+/// Keys of the parts of the progress line: the imports come first, by number.
+namespace progress_part {
+constexpr int Comparison = 2;
+}  // namespace progress_part
+
 /// Standard error as the user reads it: lines, and below them one progress line that is rewritten
 /// in place while standard error is a terminal. Safe from any thread.
 class Console {

@@ -15,7 +15,6 @@ constexpr int kMessage = 1015;
 constexpr int kCompareButton = 1;
 
 constexpr int kOkPressed = 1;
-constexpr int kComparePart = 2;  // of the progress line, behind the two imports
 
 }  // namespace
 
@@ -41,12 +40,6 @@ int ConsoleUser::answerMessageBox(const headless::MessageBox& box) {
 
 bool ConsoleUser::cancelsProgress() {
     return interrupted() != 0;
-}
-
-void ConsoleUser::seeProgress(const std::wstring&, int percent) {
-    std::string text = "comparing";
-    if (percent > 0) text += " " + std::to_string(percent) + " %";
-    console_.progress(kComparePart, text);
 }
 
 void ConsoleUser::seeStatusText(const std::wstring& text) {

@@ -24,7 +24,6 @@ public:
     void answerDialog(headless::Dialog& dialog) override;
     int answerMessageBox(const headless::MessageBox& box) override;
     bool cancelsProgress() override;
-    void seeProgress(const std::wstring& title, int percent) override;
     void seeStatusText(const std::wstring& text) override;
 
     /// True once the console holds a reason why there is no result.

@@ -31,7 +31,7 @@ wchar_t lower(char c) {
 
 }  // namespace
 
-HostServices::HostServices(const Options& options, ImportLog& log) {
+HostServices::HostServices(const Options& options, RunLog& log) {
     posix::Options machine;
     machine.helperMemoryBytes = options.memoryLimitBytes;
     machine.helperWallTimeMs = options.timeLimitMs;
@@ -40,11 +40,16 @@ HostServices::HostServices(const Options& options, ImportLog& log) {
     occt::ImportObserver observer;
     observer.log = [&log](const std::string& text) { log.add(text); };
     observer.progress = [&log](const std::string& path, double fraction, const std::string& phase) {
-        log.progress(path, fraction, phase);
+        log.importing(path, fraction, phase);
     };
     imports_ = occt::ImportService::create(observer);
     HPS::services().importer = imports_;
-    bxtexchange::services() = comparer::makeServices(imports_, comparer::Options());
+    comparer::Options comparison;
+    comparison.observer.log = observer.log;
+    comparison.observer.progress = [&log](double fraction, const std::string& phase) {
+        log.comparing(fraction, phase);
+    };
+    bxtexchange::services() = comparer::makeServices(imports_, comparison);
     bxt::services().language = userLanguage();
     os::services().clock = std::make_shared<InterruptibleClock>(
         os::services().clock, [imports = imports_] { imports->cancelAll(); });

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "apps/cli/import_log.h"
 #include "apps/cli/options.h"
+#include "apps/cli/run_log.h"
 #include "backends/headless/user.h"
 
 namespace occt {
@@ -19,7 +19,7 @@ namespace cli {
 class HostServices {
 public:
     /// `log` outlives the services.
-    HostServices(const Options& options, ImportLog& log);
+    HostServices(const Options& options, RunLog& log);
     ~HostServices();
     HostServices(const HostServices&) = delete;
     HostServices& operator=(const HostServices&) = delete;

@@ -7,10 +7,10 @@
 #include "apps/cli/console_user.h"
 #include "apps/cli/failure.h"
 #include "apps/cli/host_services.h"
-#include "apps/cli/import_log.h"
 #include "apps/cli/interrupt.h"
 #include "apps/cli/json_report.h"
 #include "apps/cli/plugin_module.h"
+#include "apps/cli/run_log.h"
 #include "apps/cli/text.h"
 #include "apps/cli/text_report.h"
 #include "backends/headless/application.h"
@@ -31,7 +31,7 @@ struct Run {
     const Options& options;
     Console console;
     FileNames names;
-    ImportLog log{console, names};
+    RunLog log{console, names};
     std::shared_ptr<ConsoleUser> user;
     std::shared_ptr<headless::Application> application;
 };

@@ -146,7 +146,7 @@ TEST(CliSamplePair, ProgressLineOfATerminalIsTakenAwayAgain) {
                          {"REFERENCE", kReference},
                          {"COMPARE", kCompare}}});
     EXPECT_EQ(result.exitCode, 1) << result.description();
-    EXPECT_NE(result.standardOutput.find("comparing"), std::string::npos) << result.description();
+    EXPECT_NE(result.standardOutput.find("comparing: "), std::string::npos) << result.description();
     const std::string erase = "\r\x1b[K";
     ASSERT_GE(result.standardOutput.size(), erase.size());
     EXPECT_EQ(result.standardOutput.substr(result.standardOutput.size() - erase.size()), erase)

@@ -1,4 +1,4 @@
-#include "apps/cli/import_log.h"
+#include "apps/cli/run_log.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,9 +11,13 @@ namespace {
 
 constexpr std::size_t kImportParts = 2;
 
+std::string percent(double fraction) {
+    return std::to_string(std::lround(100.0 * std::clamp(fraction, 0.0, 1.0))) + " %";
+}
+
 }  // namespace
 
-void ImportLog::add(const std::string& text) {
+void RunLog::add(const std::string& text) {
     const std::string named = names_.withGivenNames(text);
     {
         const std::lock_guard lock(mutex_);
@@ -23,7 +27,7 @@ void ImportLog::add(const std::string& text) {
     console_.line("bextora: " + printable(std::string_view(named)));
 }
 
-void ImportLog::progress(const std::string& path, double fraction, const std::string& phase) {
+void RunLog::importing(const std::string& path, double fraction, const std::string& phase) {
     std::size_t part = 0;
     {
         const std::lock_guard lock(mutex_);
@@ -33,13 +37,17 @@ void ImportLog::progress(const std::string& path, double fraction, const std::st
     }
     if (part >= kImportParts) return;
     const std::string name = std::filesystem::path(path).filename().string();
-    const int percent = static_cast<int>(std::lround(100.0 * std::clamp(fraction, 0.0, 1.0)));
     console_.progress(static_cast<int>(part), printable(std::string_view(name)) + ": " +
                                                   printable(std::string_view(phase)) + " " +
-                                                  std::to_string(percent) + " %");
+                                                  percent(fraction));
 }
 
-std::vector<std::string> ImportLog::messages() const {
+void RunLog::comparing(double fraction, const std::string& phase) {
+    console_.progress(progress_part::Comparison,
+                      "comparing: " + printable(std::string_view(phase)) + " " + percent(fraction));
+}
+
+std::vector<std::string> RunLog::messages() const {
     const std::lock_guard lock(mutex_);
     return messages_;
 }

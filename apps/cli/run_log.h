@@ -11,15 +11,18 @@ namespace cli {
 
 /// What the imports and the comparer say beside their results. Each sentence goes to standard
 /// error once, however often it is said, and is kept. Safe from any thread.
-class ImportLog {
+class RunLog {
 public:
     /// Both outlive the log.
-    ImportLog(Console& console, const FileNames& names) : console_(console), names_(names) {}
+    RunLog(Console& console, const FileNames& names) : console_(console), names_(names) {}
 
     /// `text` is UTF-8 and may hold anything.
     void add(const std::string& text);
     /// Phase and fraction in [0, 1] of one file's import.
-    void progress(const std::string& path, double fraction, const std::string& phase);
+    void importing(const std::string& path, double fraction, const std::string& phase);
+
+    /// The same of the comparison of the geometry.
+    void comparing(double fraction, const std::string& phase);
 
     /// Sentences in the order in which they came first.
     std::vector<std::string> messages() const;
