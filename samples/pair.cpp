@@ -23,9 +23,9 @@ constexpr double kPartPitchMm = 80.0;
 constexpr double kUnitPitchMm = 1000.0;
 constexpr double kLiftMm = 7.0;
 /// Measured: growth of the file per further plate of kHolesPerPlate holes.
-constexpr double kBytesPerPlate = 29000.0;
-/// Measured: one product placed once.
-constexpr double kBytesPerUsage = 900.0;
+constexpr double kBytesPerPlate = 32600.0;
+/// Measured: one product placed once more.
+constexpr double kBytesPerUsage = 400.0;
 
 /// How many of everything.
 struct Layout {
@@ -41,12 +41,13 @@ struct Layout {
         partsPerUnit = large ? 100 : 50;
         unitsPerModule = large ? 50 : 10;
         const int units = options.occurrences / partsPerUnit;
-        modules = units / unitsPerModule;
+        // At least one part stands directly in the plant: the one that the compare side lacks.
+        modules = std::max(0, units - 1) / unitsPerModule;
         const int placed = modules * unitsPerModule * partsPerUnit;
         loose = options.occurrences - placed;
         parts = options.parts > 0 ? options.parts : 200;
         if (options.sizeMb > 0.0) {
-            const double usages = loose + 2.0 * modules * unitsPerModule + 20.0 * partsPerUnit;
+            const double usages = loose + modules * unitsPerModule;
             const double rest = options.sizeMb * 1e6 - usages * kBytesPerUsage;
             parts = std::max(1, static_cast<int>(rest / kBytesPerPlate));
         }

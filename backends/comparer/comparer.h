@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -10,19 +11,44 @@
 
 namespace comparer {
 
+/// What a comparison reports while it runs, to the host's log and progress display. Called on the
+/// worker thread, never after that worker was killed.
+struct Observer {
+    /// `fraction` in [0, 1] never goes backwards; `phase` in plain words: "importing",
+    /// "reading", "measuring", "matching", "writing".
+    std::function<void(double fraction, const std::string& phase)> progress;
+    /// A cause of failure, or what could not be compared: one UTF-8 sentence.
+    std::function<void(const std::string& text)> log;
+};
+
+/// The defaults, and why they are what they are. Systems write coordinates with six to fifteen
+/// digits and tolerate gaps of 1e-3 to 1e-2 mm in a model; what is closer than 1e-3 mm is below
+/// any tolerance that is put on a drawing. Volumes and areas are integrated numerically: the same
+/// body, written again by another writer, agrees to about 1e-6 (5 of 200 parts of a re-exported
+/// assembly differed by more than that), so 1e-5 leaves room. It is a filter only: two bodies
+/// count as equal when their characteristic points agree to the length tolerance as well, so
+/// that a small hole which moved by 0.05 mm in a large plate is still found.
 struct Options {
     /// Lengths closer than this are equal, in millimetres.
     double lengthToleranceMm = 1e-3;
     /// Relative differences of volumes, areas and moments below this are none.
     double relativeTolerance = 1e-5;
+    Observer observer;
 };
 
 /// Services of the exchange folder: a comparer that works in a helper process on the documents
-/// that `imports` keeps, and the readers of its result file.
+/// that `imports` keeps, the readers of its result file, and the question for several bodies in
+/// one part. The platform's own services must be installed before the first comparison.
 bxtexchange::Services makeServices(std::shared_ptr<occt::ImportService> imports,
                                    const Options& options);
 
-/// Bodies of the helper's `compare` and `keep` commands. Both return the process's exit code.
+/// Bodies of the helper's `compare` and `keep` commands. Both return the process's exit code, 0
+/// for success; a failure has been sent to the host by then.
+///   compare --reference FOLDER --compare FOLDER --out FILE
+///           --length-tolerance MM --relative-tolerance NUMBER
+///   keep --result FILE --out FILE.glb
+/// The name of the command itself may stand first. `compare` sends the number of the comparer's
+/// status as the result "status" and writes FILE only when it is 0.
 int runCompareHelper(const std::vector<std::string>& arguments, os::ParentChannel& channel);
 int runKeepHelper(const std::vector<std::string>& arguments, os::ParentChannel& channel);
 

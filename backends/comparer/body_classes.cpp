@@ -1,0 +1,129 @@
+#include "backends/comparer/body_classes.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace comparer {
+namespace {
+
+/// Areas of one class fall into one bucket of this relative width or into neighbours.
+constexpr double kAreaBucket = 1e-3;
+/// Large bodies carry more rounding in their files.
+constexpr double kToleranceOfSize = 1e-8;
+
+bool near(double a, double b, double relative) {
+    return std::abs(a - b) <= relative * std::max(std::abs(a), std::abs(b));
+}
+
+std::vector<std::int64_t> identityKey(const bxtexchange::BodyIdentity& identity, int neighbour) {
+    std::vector<std::int64_t> key;
+    key.push_back(identity.faceCount);
+    for (const std::int32_t kind : identity.surfaceKinds) key.push_back(kind);
+    key.push_back(std::llround(std::floor(std::log(identity.areaMm2) / kAreaBucket)) + neighbour);
+    return key;
+}
+
+}  // namespace
+
+bool sameIdentity(const bxtexchange::BodyIdentity& a, const bxtexchange::BodyIdentity& b,
+                  double relativeTolerance) {
+    if (a.faceCount != b.faceCount || a.surfaceKinds != b.surfaceKinds) return false;
+    if (!near(a.volumeMm3, b.volumeMm3, relativeTolerance)) return false;
+    if (!near(a.areaMm2, b.areaMm2, relativeTolerance)) return false;
+    // Moments go with the fifth power of a length where volumes go with the third.
+    const double largest = std::max(a.principalMoments[2], b.principalMoments[2]);
+    for (std::size_t i = 0; i < 3; ++i) {
+        const double difference = std::abs(a.principalMoments[i] - b.principalMoments[i]);
+        if (difference > 2.0 * relativeTolerance * largest) return false;
+    }
+    return true;
+}
+
+double largestDisplacementMm(const gp_Trsf& motion, const Body& body) {
+    const gp_Pnt& centre = body.centre;
+    const double r = body.radiusMm;
+    double largest = centre.Distance(centre.Transformed(motion));
+    for (const gp_Vec& arm : {gp_Vec(r, 0, 0), gp_Vec(0, r, 0), gp_Vec(0, 0, r)}) {
+        const gp_Pnt end = centre.Translated(arm);
+        largest = std::max(largest, end.Distance(end.Transformed(motion)));
+    }
+    return largest;
+}
+
+BodyClasses::BodyClasses(const Side& reference, const Side& compare, const Tolerances& tolerances)
+    : tolerances_(tolerances) {
+    for (const Body& body : reference.bodies) reference_.push_back(classify(body));
+    for (const Body& body : compare.bodies) compare_.push_back(classify(body));
+}
+
+BodyClasses::~BodyClasses() = default;
+
+BodyClasses::Membership BodyClasses::classify(const Body& body) {
+    if (!body.digest.empty()) {
+        const auto known = byDigest_.find(body.digest);
+        if (known != byDigest_.end()) return known->second;
+    }
+    const std::optional<Membership> equal = body.identity ? findEqual(body) : std::nullopt;
+    const Membership membership = equal ? *equal : newClass(body);
+    if (!body.digest.empty()) byDigest_.emplace(body.digest, membership);
+    return membership;
+}
+
+BodyClasses::Membership BodyClasses::newClass(const Body& body) {
+    const auto number = static_cast<std::uint32_t>(firsts_.size());
+    firsts_.push_back(&body);
+    symmetries_.emplace_back();
+    if (body.identity) byIdentity_[identityKey(*body.identity, 0)].push_back(number);
+    return {number, gp_Trsf()};
+}
+
+std::optional<BodyClasses::Membership> BodyClasses::findEqual(const Body& body) {
+    for (int neighbour = -1; neighbour <= 1; ++neighbour) {
+        const auto bucket = byIdentity_.find(identityKey(*body.identity, neighbour));
+        if (bucket == byIdentity_.end()) continue;
+        for (const std::uint32_t number : bucket->second) {
+            const Body& first = *firsts_[number];
+            if (!sameIdentity(*first.identity, *body.identity, tolerances_.relative)) continue;
+            const FeatureCloud* const from = cloud(first);
+            const FeatureCloud* const to = cloud(body);
+            if (from == nullptr || to == nullptr) continue;
+            const auto motion = findMotion(*from, *to, toleranceMm(body.radiusMm));
+            if (motion) return Membership{number, *motion};
+        }
+    }
+    return std::nullopt;
+}
+
+const FeatureCloud* BodyClasses::cloud(const Body& body) {
+    const auto entry = clouds_.try_emplace(&body);
+    if (entry.second) {
+        if (auto features = featuresOf(body.shape)) {
+            entry.first->second = std::make_unique<FeatureCloud>(std::move(*features), body.centre,
+                                                                 4.0 * toleranceMm(body.radiusMm));
+        }
+    }
+    return entry.first->second.get();
+}
+
+double BodyClasses::toleranceMm(double radiusMm) const {
+    return std::max(tolerances_.lengthMm, kToleranceOfSize * radiusMm);
+}
+
+bool BodyClasses::staysInPlace(std::uint32_t bodyClass, const gp_Trsf& motion) {
+    const Body& body = first(bodyClass);
+    const double tolerance = toleranceMm(body.radiusMm);
+    if (largestDisplacementMm(motion, body) <= tolerance) return true;
+    if (body.centre.Distance(body.centre.Transformed(motion)) > tolerance) return false;
+    // Repeated instances are turned the same way again and again.
+    auto& known = symmetries_[bodyClass];
+    const bool seen = std::any_of(known.begin(), known.end(), [&](const gp_Trsf& symmetry) {
+        return largestDisplacementMm(symmetry.Inverted() * motion, body) <= 0.1 * tolerance;
+    });
+    if (seen) return true;
+    const FeatureCloud* const features = cloud(body);
+    if (features == nullptr || !features->covers(*features, motion, tolerance)) return false;
+    known.push_back(motion);
+    return true;
+}
+
+}  // namespace comparer

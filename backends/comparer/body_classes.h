@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+#include <gp_Trsf.hxx>
+
+#include "backends/comparer/feature_cloud.h"
+#include "backends/comparer/instances.h"
+#include "backends/comparer/tolerances.h"
+
+namespace comparer {
+
+/// Whether two identities are those of one body within the tolerance. They don't tell a body from
+/// its mirror image; the classes do.
+bool sameIdentity(const bxtexchange::BodyIdentity& a, const bxtexchange::BodyIdentity& b,
+                  double relativeTolerance);
+
+/// Sorts the bodies of both files into classes of equal ones.
+class BodyClasses {
+public:
+    struct Membership {
+        std::uint32_t bodyClass = 0;
+        /// From the frame of the class's first body to this body's frame.
+        gp_Trsf motion;
+    };
+
+    BodyClasses(const Side& reference, const Side& compare, const Tolerances& tolerances);
+    ~BodyClasses();
+
+    const Membership& reference(std::uint32_t body) const { return reference_[body]; }
+    const Membership& compare(std::uint32_t body) const { return compare_[body]; }
+
+    /// The first body of a class; members are measured as if they were it.
+    const Body& first(std::uint32_t bodyClass) const { return *firsts_[bodyClass]; }
+
+    /// Tolerance for points of a body of that radius: large bodies carry more rounding.
+    double toleranceMm(double radiusMm) const;
+
+    /// Whether `motion`, in the frame of the class's first body, leaves it where it is: because
+    /// it is next to no motion, or because the body is symmetric that way.
+    bool staysInPlace(std::uint32_t bodyClass, const gp_Trsf& motion);
+
+private:
+    Membership classify(const Body& body);
+    Membership newClass(const Body& body);
+    std::optional<Membership> findEqual(const Body& body);
+    const FeatureCloud* cloud(const Body& body);
+
+    Tolerances tolerances_;
+    std::vector<Membership> reference_;
+    std::vector<Membership> compare_;
+    std::vector<const Body*> firsts_;
+    std::unordered_map<std::string, Membership> byDigest_;
+    /// Classes by face count, surface kinds and rounded logarithm of the area.
+    std::map<std::vector<std::int64_t>, std::vector<std::uint32_t>> byIdentity_;
+    std::unordered_map<const Body*, std::unique_ptr<FeatureCloud>> clouds_;
+    /// Motions that were found to leave a class in place, beyond small ones.
+    std::vector<std::vector<gp_Trsf>> symmetries_;
+};
+
+/// Furthest that a motion takes a point of a body.
+double largestDisplacementMm(const gp_Trsf& motion, const Body& body);
+
+}  // namespace comparer

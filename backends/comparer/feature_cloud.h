@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+#include <gp_Pnt.hxx>
+#include <gp_Trsf.hxx>
+
+#include "backends/comparer/features.h"
+
+namespace comparer {
+
+/// Features of one body in a form that answers "is there one here?" in constant time.
+class FeatureCloud {
+public:
+    FeatureCloud(std::vector<Feature> features, const gp_Pnt& centre, double cellMm);
+
+    const std::vector<Feature>& features() const { return features_; }
+    const gp_Pnt& centre() const { return centre_; }
+
+    /// True when `motion` puts every feature of `other` on one of this cloud's own, one to one.
+    bool covers(const FeatureCloud& other, const gp_Trsf& motion, double toleranceMm) const;
+
+private:
+    std::int64_t cell(const gp_Pnt& point, int dx, int dy, int dz) const;
+
+    std::vector<Feature> features_;
+    gp_Pnt centre_;
+    double cellMm_;
+    std::unordered_multimap<std::int64_t, std::uint32_t> cells_;
+};
+
+/// A rigid motion without mirroring that puts `from` on `to`; empty when there is none. When
+/// several do (symmetric bodies), the one nearest to no motion at all of those that are tried.
+std::optional<gp_Trsf> findMotion(const FeatureCloud& from, const FeatureCloud& to,
+                                  double toleranceMm);
+
+}  // namespace comparer

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include <TopoDS_Shape.hxx>
+#include <gp_Pnt.hxx>
+
+namespace comparer {
+
+/// A point that belongs to a body's shape and to nothing else: it moves with the body, and every
+/// system that writes the body has it at the same place.
+struct Feature {
+    enum class Kind : std::uint32_t {
+        Corner,        ///< where edges meet
+        EdgePoint,     ///< at a quarter, half and three quarters of an edge's length
+        CircleCentre,  ///< of a whole circle, ellipse, turned profile; `sizeMm`: radius
+        SphereCentre,  ///< `sizeMm` is the radius
+        TorusAxis,     ///< a major radius off the centre, both ways; `sizeMm` is the minor one
+        SurfacePoint,  ///< on the natural grid of a free-form surface
+        MeshNode,
+    };
+    Kind kind = Kind::Corner;
+    gp_Pnt point;
+    double sizeMm = 0.0;
+};
+
+/// Whether two features are alike but for their place.
+bool sameSort(const Feature& a, const Feature& b, double toleranceMm);
+
+/// Characteristic points of a shape in its own frame, in no particular order. Seams are left out:
+/// where a closed surface is cut is the writer's choice. No value when the shape has none or they
+/// can't be found. Doesn't throw.
+std::optional<std::vector<Feature>> featuresOf(const TopoDS_Shape& shape);
+
+}  // namespace comparer

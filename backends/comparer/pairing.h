@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include <gp_Pnt.hxx>
+
+namespace comparer {
+
+/// One partner that may be paired.
+struct Candidate {
+    std::int32_t instance = 0;
+    gp_Pnt centre;  ///< in world space
+};
+
+struct Pair {
+    std::int32_t reference = 0;
+    std::int32_t compare = 0;
+    bool ambiguous = false;
+};
+
+/// Pairs two lists in which everybody could go with everybody: in order when both are equally
+/// long, else the nearest first. Lists whose product is beyond a million pairs go in order too.
+/// Ambiguous: paired by order with others in the list, or with a second choice within `nearMm`
+/// of the first.
+std::vector<Pair> pairUp(const std::vector<Candidate>& reference,
+                         const std::vector<Candidate>& compare, double nearMm);
+
+}  // namespace comparer

@@ -1,0 +1,76 @@
+#include <filesystem>
+
+#include "backends/comparer/comparer.h"
+#include "backends/comparer/doc_comparer.h"
+#include "backends/comparer/helper_run.h"
+#include "backends/comparer/result_document.h"
+#include "platform/hps/component_type.h"
+#include "platform/os/utf8.h"
+
+namespace comparer {
+namespace {
+
+namespace type = HPS::ComponentType;
+
+bool isMultiBody(const HPS::Exchange::Component& component) {
+    for (const HPS::Component& owner : component.GetOwners()) {
+        if (owner.GetComponentType() != type::PartDefinition) continue;
+        const std::size_t bodies = owner.GetAllSubcomponents(type::BrepModel).size() +
+                                   owner.GetAllSubcomponents(type::PolyBrepModel).size();
+        return bodies > 1;
+    }
+    return false;
+}
+
+std::shared_ptr<bxtsg::Schema> readResult(const std::wstring& path) {
+    ResultDocument document;
+    std::string error;
+    if (!document.open(os::toUtf8(path), error)) return nullptr;
+    return document.rows();
+}
+
+std::string lowerExtension(const std::filesystem::path& path) {
+    std::string extension = path.extension().string();
+    for (char& c : extension) {
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
+    return extension;
+}
+
+std::string copyResult(const std::filesystem::path& result, const std::filesystem::path& target) {
+    std::error_code error;
+    std::filesystem::copy_file(result, target, std::filesystem::copy_options::overwrite_existing,
+                               error);
+    return error ? "can't write " + target.string() + ": " + error.message() : std::string();
+}
+
+std::wstring keepResult(const std::wstring& result, const std::wstring& target) {
+    const std::filesystem::path from(os::toUtf8(result));
+    const std::filesystem::path to(os::toUtf8(target));
+    const std::string extension = lowerExtension(to);
+    if (extension == ".xbf") return os::toWide(copyResult(from, to));
+    if (extension != ".glb") {
+        return os::toWide("can't write " + to.string() + ": the result is kept as .xbf or .glb");
+    }
+    const HelperOutcome outcome =
+        runHelper({"keep", "--result", from.string(), "--out", to.string()}, {});
+    if (outcome.good) return {};
+    return os::toWide(outcome.cause.empty() ? "can't write " + to.string() : outcome.cause);
+}
+
+}  // namespace
+
+bxtexchange::Services makeServices(std::shared_ptr<occt::ImportService> imports,
+                                   const Options& options) {
+    bxtexchange::Services services;
+    services.makeComparer = [imports = std::move(imports), options](const std::wstring&) {
+        // Its own texts are sentences for the host's log; it has none in other languages.
+        return std::make_unique<DocComparer>(imports, options);
+    };
+    services.isMultiBody = isMultiBody;
+    services.readResult = readResult;
+    services.keepResult = keepResult;
+    return services;
+}
+
+}  // namespace comparer
