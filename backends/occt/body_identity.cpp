@@ -9,6 +9,7 @@
 
 #include <BRepAdaptor_Surface.hxx>
 #include <BRepBndLib.hxx>
+#include <BRepBuilderAPI_Transform.hxx>
 #include <BRepGProp.hxx>
 #include <BRep_Tool.hxx>
 #include <Bnd_Box.hxx>
@@ -21,6 +22,7 @@
 #include <TopLoc_Location.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Face.hxx>
+#include <gp_Trsf.hxx>
 
 namespace occt {
 namespace {
@@ -71,16 +73,25 @@ private:
     std::map<std::pair<std::uint32_t, std::uint32_t>, int> uses_;
 };
 
-/// Place near the body to integrate about: the moments of a small body far from the origin would
-/// otherwise be differences of huge numbers.
-gp_Pnt middle(const TopoDS_Shape& body) {
+/// The body where it can be measured well. Moments of a small body far from the origin would be
+/// differences of huge numbers, and placing it elsewhere doesn't help: the integration starts from
+/// where the geometry stands in the body's own coordinates. So such a body is copied.
+struct AtHome {
+    TopoDS_Shape body;
+    gp_XYZ home = {0.0, 0.0, 0.0};  ///< what was taken from all coordinates
+};
+
+AtHome bringHome(const TopoDS_Shape& body) {
+    constexpr double kFarInSizes = 100.0;
     Bnd_Box box;
     BRepBndLib::AddClose(body, box);
-    if (box.IsVoid()) BRepBndLib::Add(body, box);
-    if (box.IsVoid() || box.IsOpen()) return {0.0, 0.0, 0.0};
-    const gp_Pnt low = box.CornerMin();
-    const gp_Pnt high = box.CornerMax();
-    return {(low.X() + high.X()) / 2, (low.Y() + high.Y()) / 2, (low.Z() + high.Z()) / 2};
+    if (box.IsVoid() || box.IsOpen()) return {body};
+    const gp_XYZ middle = (box.CornerMin().XYZ() + box.CornerMax().XYZ()) / 2.0;
+    const double size = box.CornerMin().Distance(box.CornerMax());
+    if (!(middle.Modulus() > kFarInSizes * size) || !std::isfinite(size)) return {body};
+    gp_Trsf home;
+    home.SetTranslation(gp_Vec(middle.Reversed()));
+    return {BRepBuilderAPI_Transform(body, home, Standard_True).Shape(), middle};
 }
 
 std::size_t kindIndex(const TopoDS_Face& face) {
@@ -104,8 +115,9 @@ void countFaces(const TopoDS_Shape& body, bxtexchange::BodyIdentity& identity) {
 }
 
 /// False when the numbers are of no use.
-bool takeMoments(const GProp_GProps& properties, bxtexchange::BodyIdentity& identity) {
-    const gp_Pnt centre = properties.CentreOfMass();
+bool takeMoments(const GProp_GProps& properties, const gp_XYZ& home,
+                 bxtexchange::BodyIdentity& identity) {
+    const gp_XYZ centre = properties.CentreOfMass().XYZ() + home;
     identity.centroidMm = {centre.X(), centre.Y(), centre.Z()};
     const double sign = properties.Mass() < 0.0 ? -1.0 : 1.0;
     auto& moments = identity.principalMoments;
@@ -124,21 +136,21 @@ std::optional<bxtexchange::BodyIdentity> measure(const TopoDS_Shape& body) {
     countFaces(body, identity);
     if (identity.faceCount == 0) return std::nullopt;
 
-    const gp_Pnt about = middle(body);
-    GProp_GProps surface(about);
-    BRepGProp::SurfaceProperties(body, surface);
+    const AtHome atHome = bringHome(body);
+    GProp_GProps surface;
+    BRepGProp::SurfaceProperties(atHome.body, surface);
     identity.areaMm2 = surface.Mass();
     if (!std::isfinite(identity.areaMm2) || identity.areaMm2 <= 0.0) return std::nullopt;
 
     if (!isClosedBody(body)) {
-        if (!takeMoments(surface, identity)) return std::nullopt;
+        if (!takeMoments(surface, atHome.home, identity)) return std::nullopt;
         return identity;
     }
-    GProp_GProps volume(about);
-    BRepGProp::VolumeProperties(body, volume);
+    GProp_GProps volume;
+    BRepGProp::VolumeProperties(atHome.body, volume);
     identity.volumeMm3 = std::abs(volume.Mass());
     const bool measured = std::isfinite(identity.volumeMm3) && identity.volumeMm3 > 0.0;
-    if (!measured || !takeMoments(volume, identity)) return std::nullopt;
+    if (!measured || !takeMoments(volume, atHome.home, identity)) return std::nullopt;
     return identity;
 }
 

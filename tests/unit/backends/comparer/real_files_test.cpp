@@ -1,0 +1,112 @@
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+
+#include <gtest/gtest.h>
+
+#include "backends/comparer/matching.h"
+#include "tests/unit/backends/comparer/step_model.h"
+
+namespace {
+
+using bxtexchange::GeometryState;
+namespace fs = std::filesystem;
+
+struct Counts {
+    std::map<GeometryState, int> states;
+    std::map<std::string, GeometryState> byPath;
+    int of(GeometryState state) const {
+        const auto found = states.find(state);
+        return found == states.end() ? 0 : found->second;
+    }
+};
+
+Counts compareModels(const FakeModel& reference, const FakeModel& compare) {
+    comparer::Names names;
+    const comparer::Side a = comparer::collectSide(reference, names);
+    const comparer::Side b = comparer::collectSide(compare, names);
+    const comparer::Tolerances tolerances;
+    comparer::BodyClasses classes(a, b, tolerances);
+    Counts counts;
+    for (const auto& match :
+         comparer::matchInstances(a, b, names, classes, tolerances, [](double) {})) {
+        ++counts.states[match.state];
+        const bool inReference = match.reference != comparer::Match::kNone;
+        const auto& side = inReference ? a : b;
+        const auto number = static_cast<std::size_t>(inReference ? match.reference : match.compare);
+        if (match.state == GeometryState::Unchanged) continue;
+        counts.byPath[comparer::displayPath(side, side.instances[number], names)] = match.state;
+    }
+    return counts;
+}
+
+fs::path freshFolder(const std::string& name) {
+    const fs::path folder = fs::temp_directory_path() / ("comparer_test_" + name);
+    fs::create_directories(folder);
+    return folder;
+}
+
+std::vector<fs::path> stepFilesOf(const char* folder) {
+    const char* const data = std::getenv("BEXTORA_TEST_DATA");
+    std::vector<fs::path> files;
+    if (data == nullptr) return files;
+    for (const auto& entry : fs::directory_iterator(fs::path(data) / folder)) {
+        std::string extension = entry.path().extension().string();
+        std::transform(extension.begin(), extension.end(), extension.begin(), ::tolower);
+        if (extension == ".stp" || extension == ".step") files.push_back(entry.path());
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+TEST(Gearbox, PairGivesExactlyTheIntendedChanges) {
+    const fs::path samples(BEXTORA_SAMPLES);
+    const auto reference = readStepModel((samples / "gearbox_reference.step").string());
+    const auto compare = readStepModel((samples / "gearbox_compare.step").string());
+    ASSERT_TRUE(reference && compare);
+    const Counts counts = compareModels(*reference, *compare);
+    EXPECT_EQ(counts.of(GeometryState::Unchanged), 25);
+    EXPECT_EQ(counts.of(GeometryState::Moved), 1);
+    EXPECT_EQ(counts.of(GeometryState::Changed), 1);
+    EXPECT_EQ(counts.of(GeometryState::OnlyInReference), 1);
+    EXPECT_EQ(counts.of(GeometryState::OnlyInCompare), 3);
+    EXPECT_EQ(counts.of(GeometryState::NotCompared), 0);
+    const std::string root = "Getriebe größe 2 / ";
+    const std::map<std::string, GeometryState> expected = {
+        {root + "Oil plug", GeometryState::Moved},
+        {root + "出力軸 / 歯車 18", GeometryState::Changed},
+        {root + "Sight glass", GeometryState::OnlyInReference},
+        {root + "Сапун", GeometryState::OnlyInCompare},
+        {root + "Bolt M8x25", GeometryState::OnlyInCompare},
+    };
+    EXPECT_EQ(counts.byPath, expected);
+}
+
+class ReExport : public testing::TestWithParam<const char*> {};
+
+TEST_P(ReExport, LeavesEveryInstanceUnchanged) {
+    std::vector<fs::path> files = stepFilesOf("A-revisions");
+    for (fs::path& more : stepFilesOf("A-singles")) files.push_back(std::move(more));
+    if (files.empty()) GTEST_SKIP() << "BEXTORA_TEST_DATA names no folder with STEP files";
+    const fs::path folder = freshFolder(GetParam());
+    for (const fs::path& file : files) {
+        const auto original = readStepModel(file.string());
+        if (!original) continue;
+        const fs::path again = folder / "again.step";
+        ASSERT_TRUE(rewriteStep(file.string(), again.string(), GetParam())) << file;
+        const auto rewritten = readStepModel(again.string());
+        ASSERT_TRUE(rewritten) << file;
+        const Counts counts = compareModels(*original, *rewritten);
+        for (const auto& [path, state] : counts.byPath) {
+            ADD_FAILURE() << file.filename() << ": " << path << " is in state "
+                          << static_cast<int>(state);
+        }
+    }
+    fs::remove_all(folder);
+}
+
+INSTANTIATE_TEST_SUITE_P(Units, ReExport, testing::Values("MM", "INCH"),
+                         [](const auto& row) { return std::string(row.param); });
+
+}  // namespace
