@@ -60,7 +60,18 @@ class Cases(TreeTest):
         self.write("diff/a.cpp", '#include "contracts/x.h"\n')
         self.assertIn("2 headers", self.assert_clean(*self.check()))
 
-    def test_header_that_nobody_compiles_is_caught(self):
+    def test_header_that_nobody_compiles_sees_the_repository_alone(self):
+        self.write("platform/os/a.cpp", "")
+        self.write("outside/party.h", "")
+        self.commands = [self.command("diff/a.cpp", f"-I{self.root}/outside"),
+                         self.command("platform/os/a.cpp")]
+        self.write_database()
+        self.write("bench/x.h", '#pragma once\n#include "diff/good.h"\n')
+        self.assert_clean(*self.check(), "bench/x.h")
+        self.write("bench/y.h", "#pragma once\n#include <party.h>\n")
+        self.assert_caught("bench/y.h:1: [header-alone]", *self.check(), "bench/y.h")
+
+    def test_header_without_any_flags_is_caught(self):
         self.write("contracts/x.h", "#pragma once\n")
         self.assert_caught("contracts/x.h:1: [header-alone]", *self.check())
 
