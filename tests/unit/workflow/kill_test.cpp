@@ -139,16 +139,16 @@ TEST_F(Kill, OnlyTwoMeansCancelled) {
 TEST_F(Kill, AtAnyMomentStatusAndPathBelongTogether) {
     services.useWorkers<support::ThreadedWorkers>();
     std::minstd_rand random(7);
-    std::atomic<int> run_number = 0;
+    std::atomic<int> runNumber = 0;
     services.comparer->body = [&](Status& status) {
         std::this_thread::sleep_for(std::chrono::microseconds(100));
         status = 0;
-        return L"/results/" + std::to_wstring(run_number) + L".xbf";
+        return L"/results/" + std::to_wstring(runNumber) + L".xbf";
     };
     host->documentOpens = false;
     int seen = 0;
     for (int i = 1; i <= 200; ++i) {
-        run_number = i;
+        runNumber = i;
         const auto delay = std::chrono::microseconds(random() % 400);
         host->onRunProgress = [delay] {
             std::this_thread::sleep_for(delay);
