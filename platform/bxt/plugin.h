@@ -120,6 +120,9 @@ public:
 
 /// Entry points of a plug-in library, exported with the symbol version BXT_1, which a host must
 /// look up by that version before it calls anything. Both return 0.
+/// A host unloads the library only when no document holds anything any more that the plug-in
+/// attached to it. Until then the library may keep the application alive, also after
+/// destroyPlugin.
 extern "C" {
 using CreatePluginFunction = int (*)(bxtui::IGUIPlugin** out);
 using DestroyPluginFunction = int (*)(bxtui::IGUIPlugin** out);
