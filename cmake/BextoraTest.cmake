@@ -7,6 +7,9 @@ function(bextora_test name)
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
-        PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
+    # A list would be taken apart on its way into the test's properties; one text with blanks is
+    # found by "ctest -L" all the same. Discovery runs every program, slowly under a sanitizer.
+    list(JOIN arg_LABELS " " labels)
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+        PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${labels}")
 endfunction()
