@@ -328,6 +328,8 @@ TEST_F(Workflow, WithoutAThreadTheRunEndsAndOpensNoOlderResult) {
     EXPECT_EQ(host->statusText, L"Failed to open /data/ref.stp");
     EXPECT_EQ(log().count("openDocument"), 0U);
     EXPECT_FALSE(log().contains("runProgress never ended"));
+    EXPECT_EQ(log().withPrefix("setProgress"), (Entries{"setProgress 0", "setProgress 101"}));
+    EXPECT_LT(log().position("setProgress 101"), log().position("runProgress Compare"));
 }
 
 TEST_F(Workflow, TheWaitCursorIsBalancedOnEveryPath) {

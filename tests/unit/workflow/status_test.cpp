@@ -70,11 +70,48 @@ TEST_F(ComparerStatus, ASuccessIsReadAgainBeforeTheReaction) {
     EXPECT_FALSE(state().resultPending);
 }
 
-TEST_F(ComparerStatus, AnOlderPendingResultDoesNotSurviveIntoAFailedRun) {
+TEST_F(ComparerStatus, AFailedRunLeavesNoRecordAndNoDialog) {
     comparerAnswers(-1);
     runPair();
     EXPECT_EQ(state().pendingRecord, nullptr);
     EXPECT_EQ(state().resultsDialog, nullptr);
+}
+
+/// A run whose hint 3 never came back leaves its result pending.
+class LeftOverResult : public ComparerStatus {
+protected:
+    LeftOverResult() {
+        host->hints->views.clear();
+        host->documentOpens = false;
+        runPair();
+        host->hints->views = {this};
+        host->documentOpens = true;
+        log().clear();
+    }
+};
+
+TEST_F(LeftOverResult, IsPendingUntilTheNextRun) {
+    EXPECT_TRUE(state().resultPending);
+    choose(L"", L"");
+    run();
+    EXPECT_TRUE(state().resultPending);
+}
+
+TEST_F(LeftOverResult, IsForgottenBeforeTheNextRunsHints) {
+    bool pendingAtHint = true;
+    onHint = [&](const bxtui::Hint& hint) {
+        if (hint.code() == 24) pendingAtHint = state().resultPending;
+    };
+    comparerAnswers(42);
+    runPair();
+    EXPECT_FALSE(pendingAtHint);
+    EXPECT_EQ(log().count("openDocument"), 0U);
+}
+
+TEST_F(LeftOverResult, IsForgottenByAFailedImport) {
+    services.files->existing.clear();
+    runPair();
+    EXPECT_FALSE(state().resultPending);
 }
 
 class Mismatch : public ComparerStatus {
