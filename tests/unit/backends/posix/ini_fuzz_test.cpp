@@ -4,6 +4,7 @@
 
 #include <map>
 #include <random>
+#include <sstream>
 
 #include "backends/posix/ini_document.h"
 
@@ -34,7 +35,8 @@ std::wstring randomText(std::mt19937& random) {
     constexpr std::uint32_t kCeilings[] = {0x80, 0x100, 0xE000, 0x120000};
     std::wstring text;
     for (std::size_t length = random() % 12; length > 0; --length) {
-        text += static_cast<wchar_t>(random() % kCeilings[random() % 4]);
+        const std::uint32_t ceiling = kCeilings[random() % 4];
+        text += static_cast<wchar_t>(random() % ceiling);
     }
     return text;
 }
@@ -66,6 +68,26 @@ std::string damaged(std::mt19937& random, std::string bytes) {
     return bytes;
 }
 
+std::vector<std::string> linesOf(const std::string& bytes) {
+    std::vector<std::string> lines;
+    std::istringstream in(bytes);
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    return lines;
+}
+
+/// How many lines of `before` stand unchanged at the start and at the end of `after`.
+std::size_t unchangedAtEnds(const std::vector<std::string>& before,
+                            const std::vector<std::string>& after) {
+    std::size_t head = 0;
+    while (head < before.size() && head < after.size() && before[head] == after[head]) ++head;
+    std::size_t tail = 0;
+    while (head + tail < before.size() && head + tail < after.size() &&
+           before[before.size() - 1 - tail] == after[after.size() - 1 - tail]) {
+        ++tail;
+    }
+    return head + tail;
+}
+
 TEST(IniFuzz, AnyBytesAreReadAndGivenBackUnchanged) {
     std::mt19937 random(1);
     for (int i = 0; i < 3000; ++i) {
@@ -91,8 +113,9 @@ TEST(IniFuzz, WritingIntoAnyBytesIsReadBackAndKeepsEveryOtherLine) {
         const auto stored = again.value(path, name);
         ASSERT_TRUE(stored && std::get<std::wstring>(*stored) == value) << "seed 2, round " << i;
         ASSERT_TRUE(again.hasKey(path));
+        const std::vector<std::string> oldLines = linesOf(before);
         // At most the one line of the value itself is another one.
-        ASSERT_GE(document.bytes().size() + 400, before.size());
+        ASSERT_GE(unchangedAtEnds(oldLines, linesOf(document.bytes())) + 1, oldLines.size());
     }
 }
 
@@ -115,7 +138,7 @@ TEST(IniFuzz, EntriesThatADamagedFileStillShowsSurviveAWrite) {
         ASSERT_EQ(again.value(L"Other\\Key", L"written"), IniValue(1U));
     }
     // The test would prove nothing if damage made everything unreadable.
-    EXPECT_GT(readable, 2000U * 6U);
+    EXPECT_GT(readable, 2000U * 4U);
 }
 
 TEST(IniFuzz, DamageBetweenLinesLeavesEveryEntryReadable) {
