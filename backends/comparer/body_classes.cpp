@@ -15,19 +15,30 @@ bool near(double a, double b, double relative) {
     return std::abs(a - b) <= relative * std::max(std::abs(a), std::abs(b));
 }
 
-std::vector<std::int64_t> identityKey(const bxtexchange::BodyIdentity& identity, int neighbour) {
-    std::vector<std::int64_t> key;
-    key.push_back(identity.faceCount);
-    for (const std::int32_t kind : identity.surfaceKinds) key.push_back(kind);
-    key.push_back(std::llround(std::floor(std::log(identity.areaMm2) / kAreaBucket)) + neighbour);
-    return key;
+std::pair<std::int32_t, std::int64_t> identityKey(const bxtexchange::BodyIdentity& identity,
+                                                  int neighbour) {
+    const double bucket = std::floor(std::log(identity.areaMm2) / kAreaBucket);
+    return {identity.faceCount, std::llround(bucket) + neighbour};
+}
+
+/// Equal, but for surfaces that one of the two has in free form.
+bool sameSurfaces(const std::array<std::int32_t, 6>& a, const std::array<std::int32_t, 6>& b) {
+    bool fewer = false;
+    bool more = false;
+    for (std::size_t kind = 0; kind < 5; ++kind) {
+        fewer = fewer || b[kind] < a[kind];
+        more = more || b[kind] > a[kind];
+    }
+    return !(fewer && more);
 }
 
 }  // namespace
 
 bool sameIdentity(const bxtexchange::BodyIdentity& a, const bxtexchange::BodyIdentity& b,
                   double relativeTolerance) {
-    if (a.faceCount != b.faceCount || a.surfaceKinds != b.surfaceKinds) return false;
+    if (a.faceCount != b.faceCount || !sameSurfaces(a.surfaceKinds, b.surfaceKinds)) {
+        return false;
+    }
     if (!near(a.volumeMm3, b.volumeMm3, relativeTolerance)) return false;
     if (!near(a.areaMm2, b.areaMm2, relativeTolerance)) return false;
     // Moments go with the fifth power of a length where volumes go with the third.
@@ -84,8 +95,10 @@ std::optional<BodyClasses::Membership> BodyClasses::findEqual(const Body& body) 
         for (const std::uint32_t number : bucket->second) {
             const Body& first = *firsts_[number];
             if (!sameIdentity(*first.identity, *body.identity, tolerances_.relative)) continue;
-            const FeatureCloud* const from = cloud(first);
-            const FeatureCloud* const to = cloud(body);
+            const bool rewritten = first.identity->surfaceKinds != body.identity->surfaceKinds;
+            const Sort sort = rewritten ? Sort::EdgesOnly : Sort::All;
+            const FeatureCloud* const from = cloud(first, sort);
+            const FeatureCloud* const to = cloud(body, sort);
             if (from == nullptr || to == nullptr) continue;
             const auto motion = findMotion(*from, *to, toleranceMm(body.radiusMm));
             if (motion) return Membership{number, *motion};
@@ -94,10 +107,12 @@ std::optional<BodyClasses::Membership> BodyClasses::findEqual(const Body& body) 
     return std::nullopt;
 }
 
-const FeatureCloud* BodyClasses::cloud(const Body& body) {
-    const auto entry = clouds_.try_emplace(&body);
+const FeatureCloud* BodyClasses::cloud(const Body& body, Sort sort) {
+    const auto entry = clouds_.try_emplace({&body, sort});
     if (entry.second) {
-        if (auto features = featuresOf(body.shape)) {
+        auto features = featuresOf(body.shape);
+        if (features && sort == Sort::EdgesOnly) std::erase_if(*features, isOfSurface);
+        if (features && !features->empty()) {
             entry.first->second = std::make_unique<FeatureCloud>(std::move(*features), body.centre,
                                                                  4.0 * toleranceMm(body.radiusMm));
         }
@@ -120,7 +135,7 @@ bool BodyClasses::staysInPlace(std::uint32_t bodyClass, const gp_Trsf& motion) {
         return largestDisplacementMm(symmetry.Inverted() * motion, body) <= 0.1 * tolerance;
     });
     if (seen) return true;
-    const FeatureCloud* const features = cloud(body);
+    const FeatureCloud* const features = cloud(body, Sort::All);
     if (features == nullptr || !features->covers(*features, motion, tolerance)) return false;
     known.push_back(motion);
     return true;

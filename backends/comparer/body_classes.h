@@ -15,8 +15,9 @@
 
 namespace comparer {
 
-/// Whether two identities are those of one body within the tolerance. They don't tell a body from
-/// its mirror image; the classes do.
+/// Whether two identities are those of one body within the tolerance. Surfaces may have become
+/// free-form ones in one of the two files, as writers do with what their format lacks. Identities
+/// don't tell a body from its mirror image; the classes do.
 bool sameIdentity(const bxtexchange::BodyIdentity& a, const bxtexchange::BodyIdentity& b,
                   double relativeTolerance);
 
@@ -49,16 +50,17 @@ private:
     Membership classify(const Body& body);
     Membership newClass(const Body& body);
     std::optional<Membership> findEqual(const Body& body);
-    const FeatureCloud* cloud(const Body& body);
+    enum class Sort { All, EdgesOnly };
+    const FeatureCloud* cloud(const Body& body, Sort sort);
 
     Tolerances tolerances_;
     std::vector<Membership> reference_;
     std::vector<Membership> compare_;
     std::vector<const Body*> firsts_;
     std::unordered_map<std::string, Membership> byDigest_;
-    /// Classes by face count, surface kinds and rounded logarithm of the area.
-    std::map<std::vector<std::int64_t>, std::vector<std::uint32_t>> byIdentity_;
-    std::unordered_map<const Body*, std::unique_ptr<FeatureCloud>> clouds_;
+    /// Classes by face count and rounded logarithm of the area.
+    std::map<std::pair<std::int32_t, std::int64_t>, std::vector<std::uint32_t>> byIdentity_;
+    std::map<std::pair<const Body*, Sort>, std::unique_ptr<FeatureCloud>> clouds_;
     /// Motions that were found to leave a class in place, beyond small ones.
     std::vector<std::vector<gp_Trsf>> symmetries_;
 };

@@ -86,7 +86,7 @@ private:
                 surface.Value(surface.FirstUParameter(), first + fraction * length);
             const double along = gp_Vec(axis.Location(), point).Dot(gp_Vec(axis.Direction()));
             const gp_Pnt centre = axis.Location().Translated(gp_Vec(axis.Direction()) * along);
-            add(Feature::Kind::CircleCentre, centre, centre.Distance(point));
+            add(Feature::Kind::TurnedProfile, centre, centre.Distance(point));
         }
     }
 
@@ -153,6 +153,16 @@ private:
 };
 
 }  // namespace
+
+bool isOfSurface(const Feature& feature) {
+    switch (feature.kind) {
+        case Feature::Kind::SphereCentre:
+        case Feature::Kind::TorusAxis:
+        case Feature::Kind::TurnedProfile:
+        case Feature::Kind::SurfacePoint: return true;
+        default: return false;
+    }
+}
 
 bool sameSort(const Feature& a, const Feature& b, double toleranceMm) {
     return a.kind == b.kind && std::abs(a.sizeMm - b.sizeMm) <= toleranceMm;

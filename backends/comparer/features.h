@@ -13,18 +13,23 @@ namespace comparer {
 /// system that writes the body has it at the same place.
 struct Feature {
     enum class Kind : std::uint32_t {
-        Corner,        ///< where edges meet
-        EdgePoint,     ///< at a quarter, half and three quarters of an edge's length
-        CircleCentre,  ///< of a whole circle, ellipse, turned profile; `sizeMm`: radius
-        SphereCentre,  ///< `sizeMm` is the radius
-        TorusAxis,     ///< a major radius off the centre, both ways; `sizeMm` is the minor one
-        SurfacePoint,  ///< on the natural grid of a free-form surface
+        Corner,         ///< where edges meet
+        EdgePoint,      ///< at a quarter, half and three quarters of an edge's length
+        CircleCentre,   ///< of a whole circle or ellipse; `sizeMm` is the radius
+        SphereCentre,   ///< `sizeMm` is the radius
+        TorusAxis,      ///< a major radius off the centre, both ways; `sizeMm` is the minor one
+        TurnedProfile,  ///< centre of the circle that a point of the profile draws
+        SurfacePoint,   ///< on the natural grid of a free-form surface
         MeshNode,
     };
     Kind kind = Kind::Corner;
     gp_Pnt point;
     double sizeMm = 0.0;
 };
+
+/// Whether a feature comes from the form in which a surface is written, which another writer may
+/// change without changing the body.
+bool isOfSurface(const Feature& feature);
 
 /// Whether two features are alike but for their place.
 bool sameSort(const Feature& a, const Feature& b, double toleranceMm);

@@ -428,7 +428,6 @@ std::string digestOf(const TopoDS_Shape& shape) {
     }
     if (faces.empty() && wires.empty() && edges.empty() && vertices.empty()) return {};
     Writer out(Mark::Shape);
-    out.count(shape.ShapeType());
     out.digest().addUnordered(faces);
     out.digest().addUnordered(wires);
     out.digest().addUnordered(edges);

@@ -66,7 +66,7 @@ TEST(Gearbox, PairGivesExactlyTheIntendedChanges) {
     const auto compare = readStepModel((samples / "gearbox_compare.step").string());
     ASSERT_TRUE(reference && compare);
     const Counts counts = compareModels(*reference, *compare);
-    EXPECT_EQ(counts.of(GeometryState::Unchanged), 25);
+    EXPECT_EQ(counts.of(GeometryState::Unchanged), 24);
     EXPECT_EQ(counts.of(GeometryState::Moved), 1);
     EXPECT_EQ(counts.of(GeometryState::Changed), 1);
     EXPECT_EQ(counts.of(GeometryState::OnlyInReference), 1);

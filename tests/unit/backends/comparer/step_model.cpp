@@ -29,6 +29,9 @@ void addBodies(FakeModel& model, HPS::ComponentId leaf, const TopoDS_Shape& shap
     for (TopExp_Explorer it(shape, TopAbs_SHELL, TopAbs_SOLID); it.More(); it.Next()) {
         bodies.emplace_back("", it.Current());
     }
+    for (TopExp_Explorer it(shape, TopAbs_FACE, TopAbs_SHELL); it.More(); it.Next()) {
+        bodies.emplace_back("", it.Current());
+    }
     if (!bodies.empty()) model.bodies(leaf, bodies);
 }
 
