@@ -109,6 +109,9 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
                                 char* const* environment, int output, int error) {
     const int null = open("/dev/null", O_RDONLY | O_CLOEXEC);
     dup2(null, STDIN_FILENO);
+    if (!request.standardOutputFile.empty()) {
+        output = open(request.standardOutputFile.c_str(), O_WRONLY | O_CLOEXEC);
+    }
     dup2(output, STDOUT_FILENO);
     dup2(error, STDERR_FILENO);
     if (!request.workingFolder.empty() && chdir(request.workingFolder.c_str()) != 0) _exit(126);

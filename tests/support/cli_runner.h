@@ -35,6 +35,7 @@ struct CliRequest {
         {};                              ///< added to, or put over, a small fixed one
     std::string workingFolder = {};      ///< empty: the caller's own
     std::string temporaryFolder = {};    ///< empty: a new one for this run
+    std::string standardOutputFile;      ///< instead of CliResult::standardOutput
     std::uint32_t timeoutMs = 120000;    ///< the run is killed after that
     std::uint64_t largestFileBytes = 0;  ///< a write beyond it fails as on a full disk; 0: none
     std::uint32_t userId = 0;            ///< run as this user when the tests run as root

@@ -115,6 +115,19 @@ TEST_F(Machine, WriteThatFailsIsNamed) {
     bad_input::expectRefused(run, "slow", "space|disk|write|file size|too large");
 }
 
+TEST_F(Machine, OutputThatCannotBeWrittenIsTrouble) {
+    for (const char* form : {"--json", "--changes-only"}) {
+        support::CliRequest request;
+        request.arguments = {form};
+        request.standardOutputFile = "/dev/full";
+        const auto run = bad_input::compare(good_, slow_, request);
+        bad_input::printOutcome("output to a full device", Side::Reference, run);
+        bad_input::expectOrder(run);
+        EXPECT_EQ(run.exitCode, 2) << run.description();
+        EXPECT_FALSE(run.standardError.empty());
+    }
+}
+
 TEST_F(Machine, TemporaryFolderThatIsNotThereIsNamed) {
     for (const std::string& folder :
          {(scratch_.path() / "no such folder").string(), good_, std::string("/proc")}) {
