@@ -113,7 +113,7 @@ const FeatureCloud* BodyClasses::cloud(const Body& body, Sort sort) {
         auto features = featuresOf(body.shape);
         if (features && sort == Sort::EdgesOnly) std::erase_if(*features, isOfSurface);
         if (features && !features->empty()) {
-            entry.first->second = std::make_unique<FeatureCloud>(std::move(*features), body.centre,
+            entry.first->second = std::make_unique<FeatureCloud>(std::move(*features),
                                                                  4.0 * toleranceMm(body.radiusMm));
         }
     }

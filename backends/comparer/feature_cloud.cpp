@@ -5,8 +5,11 @@
 
 namespace comparer {
 
-FeatureCloud::FeatureCloud(std::vector<Feature> features, const gp_Pnt& centre, double cellMm)
-    : features_(std::move(features)), centre_(centre), cellMm_(cellMm) {
+FeatureCloud::FeatureCloud(std::vector<Feature> features, double cellMm)
+    : features_(std::move(features)), cellMm_(cellMm) {
+    gp_XYZ sum(0.0, 0.0, 0.0);
+    for (const Feature& feature : features_) sum += feature.point.XYZ();
+    if (!features_.empty()) centre_ = gp_Pnt(sum / static_cast<double>(features_.size()));
     cells_.reserve(features_.size());
     for (std::size_t i = 0; i < features_.size(); ++i) {
         cells_.emplace(cell(features_[i].point, 0, 0, 0), static_cast<std::uint32_t>(i));

@@ -15,9 +15,12 @@ namespace comparer {
 /// Features of one body in a form that answers "is there one here?" in constant time.
 class FeatureCloud {
 public:
-    FeatureCloud(std::vector<Feature> features, const gp_Pnt& centre, double cellMm);
+    /// `cellMm` is to be no less than the tolerances that are asked for later.
+    FeatureCloud(std::vector<Feature> features, double cellMm);
 
     const std::vector<Feature>& features() const { return features_; }
+    /// Mean of the features. Better than the centroid of the body, which is integrated and may be
+    /// off by more than the tolerance.
     const gp_Pnt& centre() const { return centre_; }
 
     /// True when `motion` puts every feature of `other` on one of this cloud's own, one to one.
