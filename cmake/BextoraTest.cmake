@@ -1,3 +1,6 @@
+# All programs with the label threads: what the thread sanitizer's build needs.
+add_custom_target(threads_tests)
+
 # bextora_test(name SOURCES file... LIBRARIES target... [LABELS label...] [TIMEOUT s])
 # One GoogleTest program; its cases become ctest cases of their own.
 function(bextora_test name)
@@ -6,6 +9,9 @@ function(bextora_test name)
     target_link_libraries(${name} PRIVATE warnings ${arg_LIBRARIES} GTest::gtest_main)
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
+    endif()
+    if("threads" IN_LIST arg_LABELS)
+        add_dependencies(threads_tests ${name})
     endif()
     # A list would be taken apart on its way into the test's properties; one text with blanks is
     # found by "ctest -L" all the same. Discovery runs every program, slowly under a sanitizer.
