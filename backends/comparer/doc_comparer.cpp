@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <filesystem>
+#include <optional>
 
 #include "backends/comparer/helper_run.h"
 #include "platform/os/services.h"
@@ -38,10 +39,15 @@ std::string freshResultPath() {
     return (base / ("comparison-" + base.filename().string() + ".xbf")).string();
 }
 
-bool parseStatus(const std::string& text, bxtimp::IDocComparer::Status& status) {
+std::optional<bxtimp::IDocComparer::Status> parseStatus(const std::string& text) {
+    using Comparer = bxtimp::IDocComparer;
+    Comparer::Status status = 0;
     const char* const end = text.data() + text.size();
     const auto parsed = std::from_chars(text.data(), end, status);
-    return parsed.ec == std::errc() && parsed.ptr == end;
+    if (parsed.ec != std::errc() || parsed.ptr != end) return std::nullopt;
+    const bool known =
+        status >= Comparer::OpenReferenceAlone && status <= Comparer::AssemblyAgainstPart;
+    return known ? std::optional(status) : std::nullopt;
 }
 
 }  // namespace
@@ -85,11 +91,14 @@ DocComparer::Answer DocComparer::compareFiles(const std::string& referencePath,
         log("The comparison failed. " + outcome.cause);
         return answer;
     }
-    const auto status = outcome.results.find("status");
-    if (status == outcome.results.end() || !parseStatus(status->second, answer.status)) {
-        log("The comparison failed. The helper process gave no status.");
+    const auto said = outcome.results.find("status");
+    const auto status = said == outcome.results.end() ? std::nullopt : parseStatus(said->second);
+    std::error_code ignored;
+    if (!status || (*status == Done && !std::filesystem::exists(out, ignored))) {
+        log("The comparison failed. The helper process gave no result.");
         return answer;
     }
+    answer.status = *status;
     if (answer.status == Done) {
         answer.path = out;
     } else if (const auto cause = outcome.results.find("cause"); cause != outcome.results.end()) {
