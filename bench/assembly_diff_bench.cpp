@@ -44,7 +44,25 @@ double timeNamesInMap(const std::vector<std::wstring>& referenceNames,
 struct EngineTimes {
     double buildAndDiff = 0.0;
     double flatten = 0.0;
+    double bareText = 0.0;
 };
+
+// What texts of these lengths cost by themselves. Indents of deep models are most of their text.
+double timeBareText(FlatText text) {
+    const std::vector<std::wstring>* const lists[] = {&text.referenceNames, &text.referenceStates,
+                                                      &text.compareNames, &text.compareStates};
+    std::vector<std::size_t> lengths;
+    for (const auto* list : lists) {
+        for (const std::wstring& line : *list) lengths.push_back(line.size());
+    }
+    text = FlatText();
+    malloc_trim(0);
+    const double start = processSeconds();
+    std::vector<std::wstring> lines;
+    lines.reserve(lengths.size());
+    for (const std::size_t length : lengths) lines.emplace_back(length, L' ');
+    return processSeconds() - start;
+}
 
 EngineTimes timeEngine(const HPS::CADModel& reference, const HPS::CADModel& compare) {
     EngineTimes times;
@@ -59,6 +77,7 @@ EngineTimes timeEngine(const HPS::CADModel& reference, const HPS::CADModel& comp
                                 text.compareStates);
     times.flatten = processSeconds() - start;
     benchmark::DoNotOptimize(text.compareStates.data());
+    times.bareText = timeBareText(std::move(text));
     return times;
 }
 
@@ -72,7 +91,7 @@ void BuildDiffAndFlatten(benchmark::State& state) {
     const std::vector<std::wstring> compareNames = bench::occurrenceNames(*pair.compare);
     const HPS::CADModel reference(pair.reference);
     const HPS::CADModel compare(pair.compare);
-    std::vector<double> ratios, mapTimes, buildTimes, flattenTimes;
+    std::vector<double> ratios, mapTimes, buildTimes, flattenTimes, textTimes;
     for (auto unused : state) {
         const double map = timeNamesInMap(referenceNames, compareNames);
         const EngineTimes engine = timeEngine(reference, compare);
@@ -81,12 +100,14 @@ void BuildDiffAndFlatten(benchmark::State& state) {
         mapTimes.push_back(map * 1e3);
         buildTimes.push_back(engine.buildAndDiff * 1e3);
         flattenTimes.push_back(engine.flatten * 1e3);
+        textTimes.push_back(engine.bareText * 1e3);
         ratios.push_back(total / map);
     }
     const auto nodes = static_cast<double>(referenceNames.size() + compareNames.size());
     state.counters["mapMs"] = median(mapTimes);
     state.counters["buildMs"] = median(buildTimes);
     state.counters["flattenMs"] = median(flattenTimes);
+    state.counters["bareTextMs"] = median(textTimes);
     state.counters["nsPerNode"] = (median(buildTimes) + median(flattenTimes)) * 1e6 / nodes;
     state.counters["ratio"] = median(ratios);
 }

@@ -81,16 +81,17 @@ public:
     static ui::ItemColours ColourForState(const ui::TreeItemData& item);
 
 private:
-    static void DiffTrees(extract::AssemblyNode* reference, extract::AssemblyNode* compare);
-    static void FlattenToMap(const extract::AssemblyNode* root, NameMap& map);
-    static bool MatchChildren(const NodeList& referenceList, const NodeList& compareList);
+    static void DiffTrees(extract::AssemblyNode* referenceRoot, extract::AssemblyNode* compareRoot);
     static bool MatchTopLevel(extract::AssemblyNode* reference, extract::AssemblyNode* compare);
-    static void SetMovedPaths(extract::AssemblyNode* referenceRoot,
-                              extract::AssemblyNode* compareRoot, const NameMap& referenceMap,
-                              const NameMap& compareMap);
-    static void PropagateModified(extract::AssemblyNode* root);
-    static void SyncPeerModified(extract::AssemblyNode* root);
-    static void DemoteUnchanged(extract::AssemblyNode* root);
+    static bool MatchChildren(const NodeList& referenceList, const NodeList& compareList);
+
+    // The passes after matching; a tree is given as its nodes in pre-order, root first.
+    static void FlattenToMap(const NodeList& tree, NameMap& map);
+    static void SetMovedPaths(const NodeList& reference, const NodeList& compare,
+                              const NameMap& referenceMap, const NameMap& compareMap);
+    static void PropagateModified(const NodeList& tree);
+    static void SyncPeerModified(const NodeList& tree);
+    static void DemoteUnchanged(const NodeList& tree);
 
     NodeStore nodes_;
     extract::AssemblyNode* referenceRoot_ = nullptr;

@@ -6,8 +6,6 @@ namespace diff {
 
 using extract::AssemblyDiffState;
 using extract::AssemblyNode;
-using extract::FirstPostOrder;
-using extract::NextPostOrder;
 using extract::NextPreOrder;
 
 namespace {
@@ -26,10 +24,18 @@ bool allChildrenSameOrAdded(const AssemblyNode& node) {
     });
 }
 
+// The tree below and including a root, a node before its children. The passes go through it
+// forwards, or backwards where children come before their parent.
+NodeList inPreOrder(AssemblyNode* root) {
+    NodeList tree;
+    for (AssemblyNode* node = root; node; node = NextPreOrder(node, root)) tree.push_back(node);
+    return tree;
+}
+
 enum class Side { Reference, Compare };
 
-void setMovedPathsOfSide(AssemblyNode* root, const NameMap& otherMap, Side side) {
-    for (AssemblyNode* node = root; node; node = NextPreOrder(node, root)) {
+void setMovedPathsOfSide(const NodeList& tree, const NameMap& otherMap, Side side) {
+    for (AssemblyNode* node : tree) {
         if (node->state != AssemblyDiffState::Moved) continue;
         // The first node of that name, not the peer: the path leads to where the part is found
         // by its name.
@@ -43,15 +49,25 @@ void setMovedPathsOfSide(AssemblyNode* root, const NameMap& otherMap, Side side)
     }
 }
 
+// Only moved nodes look names up, and only in the other tree.
+void wantNamesOfMoved(const NodeList& tree, NameMap& otherMap) {
+    for (const AssemblyNode* node : tree) {
+        if (node->state == AssemblyDiffState::Moved) otherMap.Want(node->name);
+    }
+}
+
 }  // namespace
 
-void AssemblyDiffEngine::DiffTrees(AssemblyNode* reference, AssemblyNode* compare) {
-    if (!reference || !compare) return;
-    const bool anyMoved = MatchTopLevel(reference, compare);
+void AssemblyDiffEngine::DiffTrees(AssemblyNode* referenceRoot, AssemblyNode* compareRoot) {
+    if (!referenceRoot || !compareRoot) return;
+    const bool anyMoved = MatchTopLevel(referenceRoot, compareRoot);
+    const NodeList reference = inPreOrder(referenceRoot);
+    const NodeList compare = inPreOrder(compareRoot);
     if (anyMoved) {
-        // Only moved nodes look names up, and matching changes no name.
         NameMap referenceMap;
         NameMap compareMap;
+        wantNamesOfMoved(compare, referenceMap);
+        wantNamesOfMoved(reference, compareMap);
         FlattenToMap(reference, referenceMap);
         FlattenToMap(compare, compareMap);
         SetMovedPaths(reference, compare, referenceMap, compareMap);
@@ -64,28 +80,29 @@ void AssemblyDiffEngine::DiffTrees(AssemblyNode* reference, AssemblyNode* compar
     DemoteUnchanged(compare);
 }
 
-void AssemblyDiffEngine::FlattenToMap(const AssemblyNode* root, NameMap& map) {
-    for (const AssemblyNode* node = root; node; node = NextPreOrder(node, root)) {
+void AssemblyDiffEngine::FlattenToMap(const NodeList& tree, NameMap& map) {
+    for (const AssemblyNode* node : tree) {
         if (node->level >= 0 && !node->name.empty()) map.Append(node);
     }
 }
 
-void AssemblyDiffEngine::SetMovedPaths(AssemblyNode* referenceRoot, AssemblyNode* compareRoot,
+void AssemblyDiffEngine::SetMovedPaths(const NodeList& reference, const NodeList& compare,
                                        const NameMap& referenceMap, const NameMap& compareMap) {
-    setMovedPathsOfSide(referenceRoot, compareMap, Side::Reference);
-    setMovedPathsOfSide(compareRoot, referenceMap, Side::Compare);
+    setMovedPathsOfSide(reference, compareMap, Side::Reference);
+    setMovedPathsOfSide(compare, referenceMap, Side::Compare);
 }
 
-void AssemblyDiffEngine::PropagateModified(AssemblyNode* root) {
-    for (AssemblyNode* node = FirstPostOrder(root); node; node = NextPostOrder(node, root)) {
-        if (node->level < 0 || !isSame(node)) continue;
-        if (!allChildrenSame(*node)) node->state = AssemblyDiffState::Modified;
+void AssemblyDiffEngine::PropagateModified(const NodeList& tree) {
+    for (auto node = tree.rbegin(); node != tree.rend(); ++node) {
+        AssemblyNode* const parent = (*node)->parent;
+        if (isSame(*node) || !parent || parent->level < 0) continue;
+        if (isSame(parent)) parent->state = AssemblyDiffState::Modified;
     }
 }
 
-void AssemblyDiffEngine::SyncPeerModified(AssemblyNode* root) {
-    for (AssemblyNode* node = root; node; node = NextPreOrder(node, root)) {
-        if (node->level < 0 || node->state != AssemblyDiffState::Modified) continue;
+void AssemblyDiffEngine::SyncPeerModified(const NodeList& tree) {
+    for (const AssemblyNode* node : tree) {
+        if (node->state != AssemblyDiffState::Modified || node->level < 0) continue;
         AssemblyNode* const peer = node->peer;
         if (!peer || !isSame(peer)) continue;
         if (!allChildrenSameOrAdded(*node) && !allChildrenSame(*peer)) {
@@ -94,9 +111,10 @@ void AssemblyDiffEngine::SyncPeerModified(AssemblyNode* root) {
     }
 }
 
-void AssemblyDiffEngine::DemoteUnchanged(AssemblyNode* root) {
-    for (AssemblyNode* node = FirstPostOrder(root); node; node = NextPostOrder(node, root)) {
-        if (node->level < 0 || node->state != AssemblyDiffState::Modified) continue;
+void AssemblyDiffEngine::DemoteUnchanged(const NodeList& tree) {
+    for (auto step = tree.rbegin(); step != tree.rend(); ++step) {
+        AssemblyNode* const node = *step;
+        if (node->state != AssemblyDiffState::Modified || node->level < 0) continue;
         if (allChildrenSame(*node)) node->state = AssemblyDiffState::Same;
     }
 }
