@@ -82,9 +82,19 @@ TEST(HelperFaults, EndInTimeIsNoTimeLimitHoweverLateOneLooks) {
     EXPECT_EQ(child->exitCode(), 5);
 }
 
+TEST(HelperFaults, KillFromOutsideBeforeTheTimeLimitKeepsItsCause) {
+    const auto child = startTestHelper({"hang"}, {0, 1500});
+    const pid_t pid = pidIn(waitForLine(*child).value_or(""));
+    ASSERT_GT(pid, 0);
+    ::kill(pid, SIGKILL);
+    std::this_thread::sleep_for(2s);
+    EXPECT_EQ(child->poll(), ProcessEnd::Crashed);
+}
+
 TEST(HelperFaults, KillAfterTheTimeLimitKeepsTheFirstCause) {
     const auto child = startTestHelper({"hang"}, {0, 50});
-    EXPECT_EQ(waitForEnd(*child), ProcessEnd::TimeLimit);
+    std::this_thread::sleep_for(60ms);
+    child->poll();
     child->kill();
     EXPECT_EQ(child->poll(), ProcessEnd::TimeLimit);
 }

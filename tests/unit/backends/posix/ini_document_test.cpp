@@ -50,8 +50,7 @@ TEST(IniDocument, ValuesOfAllKindsSurviveTheRoundTrip) {
                                     std::wstring(L"ze\0ro", 5),
                                     L"back\\slash\\",
                                     L"\u00e4\u9f7f\U0001F600",
-                                    L"\xFEFF"
-                                    L"mark",
+                                    L"\uFEFFmark",
                                     L"42",
                                     L"4294967296",
                                     L"\u0085\u2028",

@@ -30,7 +30,7 @@ protected:
 
     /// What a process that died leaves behind.
     std::string plant(const std::string& name, bool withLock) {
-        const std::string folder = scratch.file(name);
+        std::string folder = scratch.file(name);
         std::filesystem::create_directories(folder + "/import-1/deep");
         writeFile(folder + "/import-1/deep/document.xbf", "data");
         if (withLock) writeFile(folder + "/lock", "");

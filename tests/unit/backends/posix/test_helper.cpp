@@ -242,7 +242,10 @@ int privateFolders(const Arguments& arguments, os::ParentChannel&) {
     while (std::getline(std::cin, ignoredInput)) {
     }
     const std::string& way = arguments.at(0);
-    if (way == "delete") delete files;
+    if (way == "delete") {
+        delete files;
+        return 0;
+    }
     if (way == "exit") std::exit(0);
     if (way == "crash") dieBy(SIGKILL);
     if (way == "fork") {

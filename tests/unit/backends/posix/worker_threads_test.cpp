@@ -125,9 +125,11 @@ TEST_F(WorkerThreads, NothingOfAKilledRunIsSeen) {
 TEST_F(WorkerThreads, EffectThatHasBegunIsCompleteWhenTerminateReturns) {
     Gate inside;
     int steps = 0;
+    int stepsAtKill = 0;
     bool second = true;
     const auto worker = workers.start([&] {
         os::RunToken& token = *workers.current();
+        const auto registration = token.onKill([&] { stepsAtKill = steps; });
         token.publish([&] {
             ++steps;
             inside.open();
@@ -141,6 +143,7 @@ TEST_F(WorkerThreads, EffectThatHasBegunIsCompleteWhenTerminateReturns) {
     inside.pass();
     worker->terminate(0);
     EXPECT_EQ(steps, 2);
+    EXPECT_EQ(stepsAtKill, 2) << "the kill must not run in the middle of an effect";
     EXPECT_FALSE(second);
 }
 
