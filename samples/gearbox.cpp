@@ -148,7 +148,8 @@ private:
     void addBolts() {
         const TDF_Label part = out_.part("Bolt M8x25", bolt(4.0, 25.0));
         for (int i = 0; i < changes_.boltCount(); ++i) {
-            const double x = 15.0 + 32.0 * (i / 2);
+            const int column = i / 2;
+            const double x = 15.0 + 32.0 * column;
             const double y = i % 2 == 0 ? 4.0 : kWidthMm - 4.0;
             out_.place(root_, part, at(x, y, kHeightMm + 6.0));
         }

@@ -68,6 +68,12 @@ gp_Trsf at(double x, double y, double z) {
     return placement;
 }
 
+gp_Trsf onGrid(int number, int columns, double pitchMm, double zMm) {
+    const int column = number % columns;
+    const int row = number / columns;
+    return at(pitchMm * column, pitchMm * row, zMm);
+}
+
 gp_Trsf turned(int quarters, const gp_Trsf& placement) {
     gp_Trsf turn;
     turn.SetRotation(gp_Ax1(gp::Origin(), gp::DZ()), quarters * std::acos(0.0));
@@ -108,7 +114,7 @@ private:
         for (int kind = 0; kind < layout_.unitKinds; ++kind) {
             const TDF_Label unit = out_.assembly(numbered("Unit", kind));
             for (int slot = 0; slot < layout_.partsPerUnit; ++slot) {
-                const gp_Trsf place = at(kPartPitchMm * (slot % 10), kPartPitchMm * (slot / 10), 0);
+                const gp_Trsf place = onGrid(slot, 10, kPartPitchMm, 0);
                 out_.place(unit, parts_[static_cast<std::size_t>(partOf(kind, slot))],
                            turned(slot % 4, place));
             }
@@ -123,7 +129,7 @@ private:
             const bool lifted = number % 2 == 0 && i == 0;
             const double z = compare_ && lifted ? kLiftMm : 0.0;
             out_.place(module, units_[static_cast<std::size_t>(kind)],
-                       at(kUnitPitchMm * (i % 10), kUnitPitchMm * (i / 10), z));
+                       onGrid(i, 10, kUnitPitchMm, z));
             for (int slot = 0; slot < layout_.partsPerUnit; ++slot) {
                 count(isChanged(partOf(kind, slot)), lifted);
             }
@@ -140,7 +146,7 @@ private:
                 count(isChanged(i % layout_.parts), false);
             }
             out_.place(root, parts_[static_cast<std::size_t>(i % layout_.parts)],
-                       at(kPartPitchMm * (i % 100), kPartPitchMm * (i / 100), 0));
+                       onGrid(i, 100, kPartPitchMm, 0));
         }
         truth_.added = 2;
         if (!compare_) return;

@@ -220,8 +220,10 @@ TopoDS_Shape seededPlate(std::uint32_t seed, int holes, double growMm) {
     BRepBuilderAPI_MakeFace profile(gp_Pln(gp::XOY()), plateOutline(random, x, y));
     for (int i = 0; i < holes; ++i) {
         const double radius = random.between(1.0, 4.0) + (i == 0 ? growMm : 0.0);
-        const double cx = cell * (i % columns + 1) + random.between(-1.0, 1.0);
-        const double cy = cell * (i / columns + 1) + random.between(-1.0, 1.0);
+        const int column = i % columns + 1;
+        const int row = i / columns + 1;
+        const double cx = cell * column + random.between(-1.0, 1.0);
+        const double cy = cell * row + random.between(-1.0, 1.0);
         profile.Add(TopoDS::Wire(circle(cx, cy, radius).Reversed()));
     }
     return prism(profile, thickness);

@@ -87,16 +87,21 @@ DocComparer::Answer DocComparer::compareFiles(const std::string& referencePath,
                    "--relative-tolerance", numberText(options_.relativeTolerance)},
                   {progress, [&](const std::string& text) { log(text); }});
     answer.killed = outcome.end == os::ProcessEnd::Killed;
-    if (!outcome.good) {
+    if (outcome.good) {
+        take(outcome, out, answer);
+    } else {
         log("The comparison failed. " + outcome.cause);
-        return answer;
     }
+    return answer;
+}
+
+void DocComparer::take(const HelperOutcome& outcome, const std::string& out, Answer& answer) const {
     const auto said = outcome.results.find("status");
     const auto status = said == outcome.results.end() ? std::nullopt : parseStatus(said->second);
     std::error_code ignored;
     if (!status || (*status == Done && !std::filesystem::exists(out, ignored))) {
         log("The comparison failed. The helper process gave no result.");
-        return answer;
+        return;
     }
     answer.status = *status;
     if (answer.status == Done) {
@@ -104,7 +109,6 @@ DocComparer::Answer DocComparer::compareFiles(const std::string& referencePath,
     } else if (const auto cause = outcome.results.find("cause"); cause != outcome.results.end()) {
         log(cause->second);
     }
-    return answer;
 }
 
 std::wstring DocComparer::doComparision(std::shared_ptr<bxtsg::IFactory> /*factory*/,

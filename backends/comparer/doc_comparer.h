@@ -4,6 +4,7 @@
 #include <string>
 
 #include "backends/comparer/comparer.h"
+#include "backends/comparer/helper_run.h"
 #include "platform/exchange/doc_comparer.h"
 
 namespace comparer {
@@ -27,6 +28,8 @@ private:
     };
 
     Answer compareFiles(const std::string& referencePath, const std::string& comparePath) const;
+    /// What the helper said, as an answer.
+    void take(const HelperOutcome& outcome, const std::string& out, Answer& answer) const;
     bool importFile(const std::string& path, std::string& folder) const;
     void log(const std::string& text) const;
 

@@ -118,7 +118,7 @@ std::string store(const Handle(TDocStd_Application) & application,
     const PCDM_StoreStatus status = application->SaveAs(document, out);
     out.close();
     if (status == PCDM_SS_OK && out.good()) return {};
-    const std::string reason = failure("can't write", path);
+    std::string reason = failure("can't write", path);
     std::error_code ignored;
     std::filesystem::remove(path, ignored);
     return reason;
@@ -135,7 +135,7 @@ std::string writeResultDocument(const Scene& scene, const bxtsg::SCGeometryResul
     application->NewDocument("BinXCAF", document);
     DocumentWriter(scene, document).run();
     attachRows(document, rows);
-    const std::string error = store(application, document, path);
+    std::string error = store(application, document, path);
     application->Close(document);
     return error;
 } catch (const Standard_Failure& problem) {

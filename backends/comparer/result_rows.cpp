@@ -61,7 +61,7 @@ public:
     std::string text() {
         const auto size = number<std::uint64_t>();
         if (!has(size)) return {};
-        const std::string value = bytes_.substr(at_, size);
+        std::string value = bytes_.substr(at_, size);
         at_ += size;
         return value;
     }
@@ -262,10 +262,10 @@ GeometryInstanceSide describe(const Side& side, std::int32_t number, const Names
     out.path = os::toWide(displayPath(side, instance, names));
     out.product = os::toWide(names.text(instance.product));
     if (const auto& identity = side.bodies[instance.body].identity) out.identity = *identity;
-    for (int row = 0; row < 3; ++row) {
-        for (int column = 0; column < 4; ++column) {
-            out.placement[static_cast<std::size_t>(4 * row + column)] =
-                instance.placement.Value(row + 1, column + 1);
+    std::size_t at = 0;
+    for (int row = 1; row <= 3; ++row) {
+        for (int column = 1; column <= 4; ++column) {
+            out.placement[at++] = instance.placement.Value(row, column);
         }
     }
     return out;
