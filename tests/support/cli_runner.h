@@ -32,13 +32,13 @@ private:
 struct CliRequest {
     std::vector<std::string> arguments = {};
     std::map<std::string, std::string> environment =
-        {};                              ///< added to, or put over, a small fixed one
-    std::string workingFolder = {};      ///< empty: the caller's own
-    std::string temporaryFolder = {};    ///< empty: a new one for this run
-    std::string standardOutputFile;      ///< instead of CliResult::standardOutput
-    std::uint32_t timeoutMs = 120000;    ///< the run is killed after that
-    std::uint64_t largestFileBytes = 0;  ///< a write beyond it fails as on a full disk; 0: none
-    std::uint32_t userId = 0;            ///< run as this user when the tests run as root
+        {};                               ///< added to, or put over, a small fixed one
+    std::string workingFolder = {};       ///< empty: the caller's own
+    std::string temporaryFolder = {};     ///< empty: a new one for this run
+    std::string standardOutputFile = {};  ///< instead of CliResult::standardOutput
+    std::uint32_t timeoutMs = 120000;     ///< the run is killed after that
+    std::uint64_t largestFileBytes = 0;   ///< a write beyond it fails as on a full disk; 0: none
+    std::uint32_t userId = 0;             ///< run as this user when the tests run as root
     /// Called every few milliseconds while the program runs.
     std::function<void(pid_t)> meanwhile = {};
 };
