@@ -32,6 +32,14 @@ bool sameSurfaces(const std::array<std::int32_t, 6>& a, const std::array<std::in
     return !(fewer && more);
 }
 
+/// Features don't always hold a body fast: a cone's lie on its axis. Centroids are integrated, so
+/// they only have to agree roughly.
+bool keepsCentre(const Body& from, const Body& to, const gp_Trsf& motion) {
+    constexpr double kRoughly = 1e-3;
+    const double distance = from.centre.Transformed(motion).Distance(to.centre);
+    return distance <= kRoughly * std::max(from.radiusMm, to.radiusMm);
+}
+
 }  // namespace
 
 bool sameIdentity(const bxtexchange::BodyIdentity& a, const bxtexchange::BodyIdentity& b,
@@ -101,7 +109,7 @@ std::optional<BodyClasses::Membership> BodyClasses::findEqual(const Body& body) 
             const FeatureCloud* const to = cloud(body, sort);
             if (from == nullptr || to == nullptr) continue;
             const auto motion = findMotion(*from, *to, toleranceMm(body.radiusMm));
-            if (motion) return Membership{number, *motion};
+            if (motion && keepsCentre(first, body, *motion)) return Membership{number, *motion};
         }
     }
     return std::nullopt;
@@ -136,7 +144,7 @@ bool BodyClasses::staysInPlace(std::uint32_t bodyClass, const gp_Trsf& motion) {
     });
     if (seen) return true;
     const FeatureCloud* const features = cloud(body, Sort::All);
-    if (features == nullptr || !features->covers(*features, motion, tolerance)) return false;
+    if (features == nullptr || !coincide(*features, *features, motion, tolerance)) return false;
     known.push_back(motion);
     return true;
 }

@@ -1,7 +1,7 @@
 #include "backends/comparer/feature_cloud.h"
 
+#include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace comparer {
 
@@ -28,26 +28,24 @@ std::int64_t FeatureCloud::cell(const gp_Pnt& point, int dx, int dy, int dz) con
 
 bool FeatureCloud::covers(const FeatureCloud& other, const gp_Trsf& motion,
                           double toleranceMm) const {
-    if (features_.size() != other.features_.size()) return false;
-    std::vector<bool> taken(features_.size(), false);
-    for (const Feature& feature : other.features_) {
+    return std::all_of(other.features_.begin(), other.features_.end(), [&](const Feature& feature) {
         const gp_Pnt point = feature.point.Transformed(motion);
-        // The lowest free number within reach: which of two that coincide is taken is all the
-        // same, but it must not depend on how the table is laid out.
-        std::uint32_t found = std::numeric_limits<std::uint32_t>::max();
         for (int i = 0; i < 27; ++i) {
             const std::int64_t key = cell(point, i % 3 - 1, i / 3 % 3 - 1, i / 9 - 1);
             for (auto [it, end] = cells_.equal_range(key); it != end; ++it) {
-                const std::uint32_t index = it->second;
-                if (index >= found || taken[index]) continue;
-                if (!sameSort(feature, features_[index], toleranceMm)) continue;
-                if (point.Distance(features_[index].point) <= toleranceMm) found = index;
+                const Feature& own = features_[it->second];
+                const bool here =
+                    sameSort(feature, own, toleranceMm) && point.Distance(own.point) <= toleranceMm;
+                if (here) return true;
             }
         }
-        if (found == std::numeric_limits<std::uint32_t>::max()) return false;
-        taken[found] = true;
-    }
-    return true;
+        return false;
+    });
+}
+
+bool coincide(const FeatureCloud& a, const FeatureCloud& b, const gp_Trsf& motion,
+              double toleranceMm) {
+    return b.covers(a, motion, toleranceMm) && a.covers(b, motion.Inverted(), toleranceMm);
 }
 
 }  // namespace comparer

@@ -23,7 +23,7 @@ public:
     /// off by more than the tolerance.
     const gp_Pnt& centre() const { return centre_; }
 
-    /// True when `motion` puts every feature of `other` on one of this cloud's own, one to one.
+    /// True when `motion` puts every feature of `other` on one of this cloud's own.
     bool covers(const FeatureCloud& other, const gp_Trsf& motion, double toleranceMm) const;
 
 private:
@@ -34,6 +34,10 @@ private:
     double cellMm_;
     std::unordered_multimap<std::int64_t, std::uint32_t> cells_;
 };
+
+/// Whether `motion` takes the features of `a` to those of `b`, and none is left over in either.
+bool coincide(const FeatureCloud& a, const FeatureCloud& b, const gp_Trsf& motion,
+              double toleranceMm);
 
 /// A rigid motion without mirroring that puts `from` on `to`; empty when there is none. When
 /// several do (symmetric bodies), the one nearest to no motion at all of those that are tried.

@@ -1,13 +1,12 @@
 #include "backends/comparer/features.h"
 
 #include <cmath>
-#include <numbers>
 
 #include <BRepAdaptor_Curve.hxx>
 #include <BRepAdaptor_Surface.hxx>
 #include <BRep_Tool.hxx>
-#include <GCPnts_AbscissaPoint.hxx>
 #include <Geom_Surface.hxx>
+#include <NCollection_IndexedDataMap.hxx>
 #include <Poly_Triangulation.hxx>
 #include <Standard_Failure.hxx>
 #include <TopExp.hxx>
@@ -15,6 +14,7 @@
 #include <TopLoc_Location.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
 #include <TopTools_MapOfShape.hxx>
+#include <TopTools_ShapeMapHasher.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Edge.hxx>
 #include <TopoDS_Face.hxx>
@@ -22,10 +22,16 @@
 #include <gp_Lin.hxx>
 #include <gp_Torus.hxx>
 
+#include "backends/comparer/point_grid.h"
+
 namespace comparer {
 namespace {
 
 constexpr double kFractions[] = {0.25, 0.5, 0.75};
+/// Two edges that meet at less than this run on smoothly.
+constexpr double kSmoothRad = 0.01;
+/// Features closer than this are one, found twice: arcs of one circle, faces of one sphere.
+constexpr double kSameMm = 1e-4;
 
 class FeatureFinder {
 public:
@@ -36,15 +42,29 @@ public:
         TopTools_IndexedMapOfShape edges;
         TopExp::MapShapes(shape, TopAbs_EDGE, edges);
         for (Standard_Integer i = 1; i <= edges.Extent(); ++i) addEdge(TopoDS::Edge(edges(i)));
+        for (Standard_Integer i = 1; i <= ends_.Extent(); ++i) {
+            addCorner(TopoDS::Vertex(ends_.FindKey(i)), ends_(i));
+        }
         for (TopExp_Explorer it(shape, TopAbs_VERTEX, TopAbs_EDGE); it.More(); it.Next()) {
-            addCorner(TopoDS::Vertex(it.Current()));
+            add(Feature::Kind::Corner, BRep_Tool::Pnt(TopoDS::Vertex(it.Current())));
         }
         return std::move(features_);
     }
 
 private:
+    using Directions = std::vector<gp_Vec>;
+
     void add(Feature::Kind kind, const gp_Pnt& point, double sizeMm = 0.0) {
-        features_.push_back({kind, point, sizeMm});
+        const Feature feature{kind, point, sizeMm};
+        for (const PointGrid::Cell* cell : grid_.near(point)) {
+            for (const std::uint32_t other : *cell) {
+                const bool same = sameSort(features_[other], feature, kSameMm) &&
+                                  features_[other].point.Distance(point) <= kSameMm;
+                if (same) return;
+            }
+        }
+        grid_.add(point, static_cast<std::uint32_t>(features_.size()));
+        features_.push_back(feature);
     }
 
     void addFace(const TopoDS_Face& face) {
@@ -57,6 +77,7 @@ private:
         }
         const BRepAdaptor_Surface adaptor(face, Standard_False);
         switch (adaptor.GetType()) {
+            case GeomAbs_Cone: add(Feature::Kind::ConeApex, adaptor.Cone().Apex()); break;
             case GeomAbs_Sphere:
                 add(Feature::Kind::SphereCentre, adaptor.Sphere().Location(),
                     adaptor.Sphere().Radius());
@@ -115,47 +136,53 @@ private:
     void addEdge(const TopoDS_Edge& edge) {
         if (BRep_Tool::Degenerated(edge) || seams_.Contains(edge)) return;
         const BRepAdaptor_Curve curve(edge);
-        if (addWholeConic(curve)) return;
-        for (TopExp_Explorer it(edge, TopAbs_VERTEX); it.More(); it.Next()) {
-            addCorner(TopoDS::Vertex(it.Current()));
-        }
-        const double from = curve.FirstParameter();
-        const double length = GCPnts_AbscissaPoint::Length(curve);
-        for (const double fraction : kFractions) {
-            const GCPnts_AbscissaPoint at(curve, fraction * length, from);
-            if (at.IsDone()) add(Feature::Kind::EdgePoint, curve.Value(at.Parameter()));
-        }
-    }
-
-    /// The vertex of a closed circle may stand anywhere on it.
-    bool addWholeConic(const BRepAdaptor_Curve& curve) {
-        const bool conic = curve.GetType() == GeomAbs_Circle || curve.GetType() == GeomAbs_Ellipse;
-        if (!conic) return false;
-        const double turn = curve.LastParameter() - curve.FirstParameter();
-        if (std::abs(turn - 2.0 * std::numbers::pi) > 1e-6) return false;
         if (curve.GetType() == GeomAbs_Circle) {
             add(Feature::Kind::CircleCentre, curve.Circle().Location(), curve.Circle().Radius());
-        } else {
+        } else if (curve.GetType() == GeomAbs_Ellipse) {
             add(Feature::Kind::CircleCentre, curve.Ellipse().Location(),
                 curve.Ellipse().MajorRadius());
         }
-        return true;
+        addEnd(TopExp::FirstVertex(edge), curve, curve.FirstParameter(), 1.0);
+        addEnd(TopExp::LastVertex(edge), curve, curve.LastParameter(), -1.0);
     }
 
-    void addCorner(const TopoDS_Vertex& vertex) {
+    /// Remembers in which direction an edge leaves one of its vertices.
+    void addEnd(const TopoDS_Vertex& vertex, const BRepAdaptor_Curve& curve, double parameter,
+                double sign) {
+        if (vertex.IsNull()) return;
+        gp_Pnt point;
+        gp_Vec tangent;
+        curve.D1(parameter, point, tangent);
         const TopoDS_Shape plain = vertex.Oriented(TopAbs_FORWARD);
-        if (corners_.Add(plain)) add(Feature::Kind::Corner, BRep_Tool::Pnt(vertex));
+        const Standard_Integer known = ends_.FindIndex(plain);
+        const Standard_Integer number = known > 0 ? known : ends_.Add(plain, Directions());
+        ends_.ChangeFromIndex(number).push_back(tangent * sign);
+    }
+
+    void addCorner(const TopoDS_Vertex& vertex, const Directions& directions) {
+        if (directions.size() == 2) {
+            const gp_Vec& a = directions[0];
+            const gp_Vec& b = directions[1];
+            const double tiny = 1e-12;
+            const bool smooth =
+                a.Magnitude() > tiny && b.Magnitude() > tiny && a.Angle(b.Reversed()) < kSmoothRad;
+            if (smooth) return;
+        }
+        add(Feature::Kind::Corner, BRep_Tool::Pnt(vertex));
     }
 
     std::vector<Feature> features_;
+    PointGrid grid_{4.0 * kSameMm};
     TopTools_MapOfShape seams_;
-    TopTools_MapOfShape corners_;
+    /// Directions in which edges leave a vertex.
+    NCollection_IndexedDataMap<TopoDS_Shape, Directions, TopTools_ShapeMapHasher> ends_;
 };
 
 }  // namespace
 
 bool isOfSurface(const Feature& feature) {
     switch (feature.kind) {
+        case Feature::Kind::ConeApex:
         case Feature::Kind::SphereCentre:
         case Feature::Kind::TorusAxis:
         case Feature::Kind::TurnedProfile:

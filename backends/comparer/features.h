@@ -10,12 +10,13 @@
 namespace comparer {
 
 /// A point that belongs to a body's shape and to nothing else: it moves with the body, and every
-/// system that writes the body has it at the same place.
+/// system that writes the body has it at the same place, however it splits edges and closed
+/// surfaces.
 struct Feature {
-    enum class Kind : std::uint32_t {
-        Corner,         ///< where edges meet
-        EdgePoint,      ///< at a quarter, half and three quarters of an edge's length
-        CircleCentre,   ///< of a whole circle or ellipse; `sizeMm` is the radius
+    enum class Kind : std::uint8_t {
+        Corner,         ///< where edges meet, unless two run on smoothly
+        CircleCentre,   ///< of an edge that is an arc of a circle or ellipse; `sizeMm`: radius
+        ConeApex,       ///< may lie off the face
         SphereCentre,   ///< `sizeMm` is the radius
         TorusAxis,      ///< a major radius off the centre, both ways; `sizeMm` is the minor one
         TurnedProfile,  ///< centre of the circle that a point of the profile draws
@@ -34,9 +35,8 @@ bool isOfSurface(const Feature& feature);
 /// Whether two features are alike but for their place.
 bool sameSort(const Feature& a, const Feature& b, double toleranceMm);
 
-/// Characteristic points of a shape in its own frame, in no particular order. Seams are left out:
-/// where a closed surface is cut is the writer's choice. No value when the shape has none or they
-/// can't be found. Doesn't throw.
+/// Characteristic points of a shape in its own frame, each once, in no particular order. No value
+/// when the shape has none or they can't be found. Doesn't throw.
 std::optional<std::vector<Feature>> featuresOf(const TopoDS_Shape& shape);
 
 }  // namespace comparer

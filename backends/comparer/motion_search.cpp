@@ -58,6 +58,8 @@ public:
         : from_(from), to_(to), tolerance_(toleranceMm) {}
 
     std::optional<gp_Trsf> run() {
+        // Files of one model mostly keep its coordinates.
+        if (coincide(from_, to_, gp_Trsf(), tolerance_)) return gp_Trsf();
         if (from_.features().size() != to_.features().size()) return std::nullopt;
         if (tryRotation(identity())) return best_;
         const Anchors anchors = chooseAnchors();
@@ -181,7 +183,7 @@ private:
 
     bool tryRotation(const gp_Mat& rotation) {
         const gp_Trsf motion = motionOf(rotation, from_.centre(), to_.centre());
-        if (!to_.covers(from_, motion, tolerance_)) return false;
+        if (!coincide(from_, to_, motion, tolerance_)) return false;
         best_ = motion;
         return true;
     }

@@ -1,8 +1,20 @@
 #include "backends/comparer/feature_cloud.h"
 
 #include <gtest/gtest.h>
+#include <BRepBuilderAPI_MakeEdge.hxx>
+#include <BRepBuilderAPI_MakeVertex.hxx>
+#include <BRepBuilderAPI_MakeWire.hxx>
+#include <BRepPrimAPI_MakeCone.hxx>
 #include <BRepPrimAPI_MakeSphere.hxx>
 #include <BRepPrimAPI_MakeTorus.hxx>
+#include <BRepTools_ReShape.hxx>
+#include <BRep_Tool.hxx>
+#include <Geom_Line.hxx>
+#include <TopExp.hxx>
+#include <TopTools_IndexedMapOfShape.hxx>
+#include <TopoDS.hxx>
+#include <TopoDS_Edge.hxx>
+#include <TopoDS_Vertex.hxx>
 #include <gp_Quaternion.hxx>
 
 #include "tests/unit/backends/comparer/shapes.h"
@@ -31,7 +43,7 @@ TEST(Motion, OfADisplacedBodyIsFound) {
         const FeatureCloud to = cloudOf(shapes::baked(shape, oddMotion()));
         const auto motion = comparer::findMotion(from, to, kToleranceMm);
         ASSERT_TRUE(motion);
-        EXPECT_TRUE(to.covers(from, *motion, kToleranceMm));
+        EXPECT_TRUE(comparer::coincide(from, to, *motion, kToleranceMm));
     }
 }
 
@@ -76,6 +88,42 @@ TEST(Features, LeaveOutSeams) {
     const FeatureCloud cloud = cloudOf(pin);
     EXPECT_EQ(cloud.features().size(), 2U);
     EXPECT_TRUE(cloud.covers(cloudOf(shapes::baked(pin, shapes::turnedZ(77))), gp_Trsf(), 1e-6));
+}
+
+/// The same body with every edge cut in two.
+TEST(Features, DoNotShowHowEdgesAreSplit) {
+    const TopoDS_Shape body = shapes::handed();
+    BRepTools_ReShape context;
+    for (TopExp_Explorer it(body, TopAbs_EDGE); it.More(); it.Next()) {
+        const TopoDS_Edge edge = TopoDS::Edge(it.Current().Oriented(TopAbs_FORWARD));
+        double first = 0.0;
+        double last = 0.0;
+        const Handle(Geom_Curve) curve = BRep_Tool::Curve(edge, first, last);
+        if (curve.IsNull() || curve->DynamicType() != STANDARD_TYPE(Geom_Line)) continue;
+        const gp_Pnt middle = curve->Value((first + last) / 2);
+        const TopoDS_Vertex vertex = BRepBuilderAPI_MakeVertex(middle).Vertex();
+        const auto half = [&](const TopoDS_Vertex& a, const TopoDS_Vertex& b) {
+            return BRepBuilderAPI_MakeEdge(curve, a, b).Edge();
+        };
+        BRepBuilderAPI_MakeWire halves(half(TopExp::FirstVertex(edge), vertex),
+                                       half(vertex, TopExp::LastVertex(edge)));
+        context.Replace(edge, halves.Wire());
+    }
+    const TopoDS_Shape split = context.Apply(body);
+    TopTools_IndexedMapOfShape before;
+    TopTools_IndexedMapOfShape after;
+    TopExp::MapShapes(body, TopAbs_VERTEX, before);
+    TopExp::MapShapes(split, TopAbs_VERTEX, after);
+    ASSERT_GT(after.Extent(), before.Extent());
+    EXPECT_TRUE(comparer::coincide(cloudOf(body), cloudOf(split), gp_Trsf(), 1e-6));
+}
+
+TEST(Features, OfAConeShowWhichWayItPoints) {
+    const TopoDS_Shape cone = BRepPrimAPI_MakeCone(3, 0, 4).Solid();
+    gp_Trsf flip;
+    flip.SetRotation(gp_Ax1(gp::Origin(), gp::DX()), 3.14159265358979);
+    EXPECT_FALSE(comparer::coincide(cloudOf(cone), cloudOf(shapes::baked(cone, flip)), gp_Trsf(),
+                                    kToleranceMm));
 }
 
 TEST(Features, OfNothingAreNone) {
