@@ -159,6 +159,29 @@ TEST_F(KeyStore, ReadOnlyFileCanBeReadAndIsNotReplaced) {
     EXPECT_EQ(store.open(kPath, KeyAccess::Read)->readNumber(L"a"), 1U);
 }
 
+TEST_F(KeyStore, StoreThatCannotBeLockedCanBeRead) {
+    std::filesystem::create_directories(file + ".lock");
+    writeFile(file, "[Software]\na=1\n");
+    EXPECT_EQ(store.open(L"Software", KeyAccess::Full), nullptr);
+    EXPECT_EQ(store.open(L"Software", KeyAccess::Write), nullptr);
+    EXPECT_EQ(store.create(L"Software", KeyAccess::Full), nullptr);
+    EXPECT_EQ(store.create(kPath, KeyAccess::Full), nullptr);
+    EXPECT_EQ(store.open(L"Software", KeyAccess::Read)->readNumber(L"a"), 1U);
+    EXPECT_EQ(store.create(L"Software", KeyAccess::Read)->readNumber(L"a"), 1U);
+    EXPECT_EQ(readFile(file), "[Software]\na=1\n");
+}
+
+TEST_F(KeyStore, FileThatCannotBeReadIsNotReplaced) {
+    const auto key = store.create(kPath, KeyAccess::Full);
+    constexpr std::uintmax_t kTooLarge = std::uintmax_t{65} << 20;
+    std::filesystem::resize_file(file, kTooLarge);
+    EXPECT_FALSE(key->writeNumber(L"a", 1));
+    EXPECT_EQ(key->readNumber(L"a"), std::nullopt);
+    EXPECT_EQ(store.open(kPath, KeyAccess::Read), nullptr);
+    EXPECT_EQ(store.create(kPath, KeyAccess::Full), nullptr);
+    EXPECT_EQ(std::filesystem::file_size(file), kTooLarge);
+}
+
 TEST_F(KeyStore, FolderInPlaceOfTheFileIsNeitherReadNorReplaced) {
     std::filesystem::create_directories(file);
     EXPECT_EQ(store.create(kPath, KeyAccess::Full), nullptr);

@@ -1,5 +1,5 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
-
 #include <sys/wait.h>
 
 #include "backends/posix/posix.h"
@@ -23,6 +23,17 @@ TEST(ParentChannel, VariableWithoutAPipeIsNoHost) {
         EXPECT_EQ(program.readAll(), "");
         EXPECT_EQ(program.wait(), 0) << value;
     }
+}
+
+TEST(ParentChannel, FileInThePlaceOfThePipeIsNotWrittenTo) {
+    posix_test::ScratchFolder scratch;
+    const ScopedVariable variable("BEXTORA_CHANNEL", "3");
+    const posix::UniqueFd file(
+        ::open(scratch.file("innocent").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    const posix::UniqueFd high(::fcntl(file.get(), F_DUPFD_CLOEXEC, 20));
+    Program program({"lines", "100"}, high.get());
+    EXPECT_EQ(program.wait(), 0);
+    EXPECT_EQ(posix_test::readFile(scratch.file("innocent")), "");
 }
 
 TEST(ParentChannel, LineFeedInALineDoesNotMakeTwo) {

@@ -60,7 +60,7 @@ ScopedVariable::~ScopedVariable() {
     }
 }
 
-Program::Program(const std::vector<std::string>& arguments) {
+Program::Program(const std::vector<std::string>& arguments, int third) {
     Ends input = makeEnds();
     Ends output = makeEnds();
     const std::string path = testHelperPath();
@@ -72,6 +72,8 @@ Program::Program(const std::vector<std::string>& arguments) {
     if (pid_ == 0) {
         ::dup2(input.readEnd.get(), STDIN_FILENO);
         ::dup2(output.writeEnd.get(), STDOUT_FILENO);
+        ::close(3);
+        if (third >= 0) ::dup2(third, 3);
         ::execv(path.c_str(), raw.data());
         ::_exit(127);
     }

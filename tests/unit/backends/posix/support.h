@@ -50,7 +50,8 @@ private:
 /// and output. Killed at the end of the object's life.
 class Program {
 public:
-    explicit Program(const std::vector<std::string>& arguments);
+    /// `third` becomes the program's descriptor 3; -1: none of that number.
+    explicit Program(const std::vector<std::string>& arguments, int third = -1);
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
     ~Program();

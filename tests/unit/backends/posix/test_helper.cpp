@@ -49,7 +49,7 @@ int sendFromThreads(const Arguments& arguments, os::ParentChannel& channel) {
     std::vector<std::thread> threads;
     for (const char name : {'a', 'b', 'c', 'd'}) {
         threads.emplace_back([&channel, count, name] {
-            for (int i = 0; i < count; ++i) channel.send(std::string(3000, name));
+            for (int i = 0; i < count; ++i) channel.send(std::string(10'000, name));
         });
     }
     for (std::thread& thread : threads) thread.join();
