@@ -43,6 +43,10 @@ void RunLog::importing(const std::string& path, double fraction, const std::stri
 }
 
 void RunLog::comparing(double fraction, const std::string& phase) {
+    // The models are there by now; what is left of the line belongs to the comparison.
+    for (std::size_t part = 0; part < kImportParts; ++part) {
+        console_.progress(static_cast<int>(part), "");
+    }
     console_.progress(progress_part::Comparison,
                       "comparing: " + printable(std::string_view(phase)) + " " + percent(fraction));
 }

@@ -15,7 +15,7 @@ using bxtsg::OutcomeNode;
 using bxtsg::ProductStructureOutcome;
 
 constexpr std::size_t kNameLimit = 48;
-constexpr std::size_t kPathLimit = 60;
+constexpr std::size_t kPathLimit = 90;
 // Deeper rows say how deep they are: 20,000 levels of blanks would bury the names.
 constexpr std::int32_t kIndentLimit = 20;
 constexpr std::int32_t kLevelStep = 5;

@@ -48,6 +48,17 @@ TEST(CliSamplePair, ChangesOnlyPrintsTheExpectedRows) {
     expectGolden("changes.txt", result.standardOutput);
 }
 
+TEST(CliSamplePair, TranscriptInTheReadmeIsWhatTheProgramPrints) {
+    const CliResult result =
+        support::runProgram({.arguments = {"--changes-only", "samples/gearbox_reference.step",
+                                           "samples/gearbox_compare.step"},
+                             .workingFolder = BEXTORA_ROOT});
+    const std::string readme = support::readFile(BEXTORA_ROOT "/README.md");
+    EXPECT_NE(readme.find("$ ./run --changes-only\n" + result.standardOutput + "```\n"),
+              std::string::npos)
+        << result.description();
+}
+
 TEST(CliSamplePair, ColoursAreThereOnDemandOnly) {
     EXPECT_EQ(runSamples({"--color", "auto"}).standardOutput.find('\x1b'), std::string::npos);
     EXPECT_EQ(runSamples({"--color", "never"}).standardOutput.find('\x1b'), std::string::npos);
