@@ -23,7 +23,7 @@ constexpr double kPartPitchMm = 80.0;
 constexpr double kUnitPitchMm = 1000.0;
 constexpr double kLiftMm = 7.0;
 /// Measured: growth of the file per further plate of kHolesPerPlate holes.
-constexpr double kBytesPerPlate = 32600.0;
+constexpr double kBytesPerPlate = 34200.0;
 /// Measured: one product placed once more.
 constexpr double kBytesPerUsage = 400.0;
 

@@ -18,10 +18,10 @@
 #include <BRepPrimAPI_MakePrism.hxx>
 #include <BRep_Builder.hxx>
 #include <GC_MakeArcOfCircle.hxx>
-#include <GeomAPI_PointsToBSpline.hxx>
+#include <GeomAPI_Interpolate.hxx>
 #include <Geom_BSplineCurve.hxx>
 #include <Geom_TrimmedCurve.hxx>
-#include <TColgp_Array1OfPnt.hxx>
+#include <TColgp_HArray1OfPnt.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Compound.hxx>
@@ -73,13 +73,15 @@ private:
 /// Closed outline: three straight sides and a free-form one.
 TopoDS_Wire plateOutline(Random& random, double x, double y) {
     constexpr int kPoints = 9;
-    TColgp_Array1OfPnt points(1, kPoints);
+    Handle(TColgp_HArray1OfPnt) points = new TColgp_HArray1OfPnt(1, kPoints);
     for (int i = 0; i < kPoints; ++i) {
         const bool end = i == 0 || i == kPoints - 1;
         const double bulge = end ? 0.0 : random.between(2.0, 12.0);
-        points.SetValue(i + 1, gp_Pnt(x - x * i / (kPoints - 1), y + bulge, 0.0));
+        points->SetValue(i + 1, gp_Pnt(x - x * i / (kPoints - 1), y + bulge, 0.0));
     }
-    const Handle(Geom_BSplineCurve) curve = GeomAPI_PointsToBSpline(points).Curve();
+    GeomAPI_Interpolate interpolation(points, Standard_False, 1e-6);
+    interpolation.Perform();
+    const Handle(Geom_BSplineCurve) curve = interpolation.Curve();
     const gp_Pnt a(0, 0, 0);
     const gp_Pnt b(x, 0, 0);
     const gp_Pnt c = curve->StartPoint();
@@ -219,7 +221,7 @@ TopoDS_Shape seededPlate(std::uint32_t seed, int holes, double growMm) {
     const double thickness = random.between(3.0, 15.0);
     BRepBuilderAPI_MakeFace profile(gp_Pln(gp::XOY()), plateOutline(random, x, y));
     for (int i = 0; i < holes; ++i) {
-        const double radius = random.between(1.0, 4.0) + (i == 0 ? growMm : 0.0);
+        const double radius = random.between(1.0, 3.0) + (i == 0 ? growMm : 0.0);
         const int column = i % columns + 1;
         const int row = i / columns + 1;
         const double cx = cell * column + random.between(-1.0, 1.0);

@@ -181,7 +181,10 @@ private:
     }
 
     void pairGroup(const Group& group, GeometryState state, MatchEvidence evidence) {
-        for (const Pair& pair : pairUp(group.reference, group.compare, tolerances_.lengthMm)) {
+        const Preference preference =
+            state == GeometryState::Moved ? Preference::Order : Preference::Nearest;
+        for (const Pair& pair :
+             pairUp(group.reference, group.compare, preference, tolerances_.lengthMm)) {
             Match match;
             match.state = state;
             match.evidence = evidence;
@@ -298,7 +301,8 @@ private:
         fill(reference_, &Group::reference);
         fill(compare_, &Group::compare);
         for (const auto& [path, group] : groups) {
-            for (const Pair& pair : pairUp(group.reference, group.compare, 0.0)) {
+            for (const Pair& pair :
+                 pairUp(group.reference, group.compare, Preference::Order, 0.0)) {
                 Match match;
                 match.state = GeometryState::NotCompared;
                 match.ambiguous = pair.ambiguous;

@@ -33,9 +33,10 @@ struct Match {
 ///   3. different bodies (changed): first under the same path, then under the same product name,
 ///      then at nearly the same place. Names that writers give to what has none don't count;
 ///   4. what is left is in one file only, or could not be compared.
-/// Where several partners are equally good by these rules: as many on one side as on the other
-/// are paired in model order, otherwise the nearest first, equally near ones in model order. Such
-/// a pair is marked ambiguous when another was as good. The result of A against B is that of B
+/// Where several partners are equally good by these rules the nearest go first, equally near ones
+/// in model order; only moved ones, when there are as many on one side as on the other, are paired
+/// in model order, since they mostly moved together. Such a pair is marked ambiguous when another
+/// was as good. The result of A against B is that of B
 /// against A with the sides exchanged, but where a pair is ambiguous.
 /// Takes time in proportion to the instances, unless more than a thousand share a path and a body.
 /// In the order of the reference, then of what only the compare file has.

@@ -67,10 +67,12 @@ std::vector<Pair> nearestFirst(const std::vector<Candidate>& reference,
 }  // namespace
 
 std::vector<Pair> pairUp(const std::vector<Candidate>& reference,
-                         const std::vector<Candidate>& compare, double nearMm) {
+                         const std::vector<Candidate>& compare, Preference preference,
+                         double nearMm) {
     const bool manyDistances =
         !reference.empty() && compare.size() > kMostDistances / reference.size();
-    if (reference.size() == compare.size() || manyDistances) return inOrder(reference, compare);
+    const bool ordered = preference == Preference::Order && reference.size() == compare.size();
+    if (ordered || manyDistances) return inOrder(reference, compare);
     return nearestFirst(reference, compare, nearMm);
 }
 

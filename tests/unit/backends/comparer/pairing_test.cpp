@@ -8,19 +8,30 @@ namespace {
 
 using comparer::Candidate;
 using comparer::pairUp;
+using comparer::Preference;
 
 TEST(Pairing, EquallyLongListsGoInOrder) {
     const std::vector<Candidate> a = {{0, {0, 0, 0}}, {1, {10, 0, 0}}};
     const std::vector<Candidate> b = {{5, {10, 0, 0}}, {6, {0, 0, 0}}};
-    const auto pairs = pairUp(a, b, 1e-3);
+    const auto pairs = pairUp(a, b, Preference::Order, 1e-3);
     ASSERT_EQ(pairs.size(), 2U);
     EXPECT_EQ(pairs[0].reference, 0);
     EXPECT_EQ(pairs[0].compare, 5);
     EXPECT_TRUE(pairs[0].ambiguous);
 }
 
+TEST(Pairing, EquallyLongListsGoToTheNearestIfThatIsPreferred) {
+    const std::vector<Candidate> a = {{0, {0, 0, 0}}, {1, {10, 0, 0}}};
+    const std::vector<Candidate> b = {{5, {10, 0, 0}}, {6, {0, 0, 0}}};
+    const auto pairs = pairUp(a, b, Preference::Nearest, 1e-3);
+    ASSERT_EQ(pairs.size(), 2U);
+    EXPECT_EQ(pairs[0].compare, 6);
+    EXPECT_EQ(pairs[1].compare, 5);
+    EXPECT_FALSE(pairs[0].ambiguous);
+}
+
 TEST(Pairing, OneAgainstOneIsNotAmbiguous) {
-    const auto pairs = pairUp({{3, {0, 0, 0}}}, {{4, {9, 9, 9}}}, 1e-3);
+    const auto pairs = pairUp({{3, {0, 0, 0}}}, {{4, {9, 9, 9}}}, Preference::Order, 1e-3);
     ASSERT_EQ(pairs.size(), 1U);
     EXPECT_FALSE(pairs[0].ambiguous);
 }
@@ -28,7 +39,7 @@ TEST(Pairing, OneAgainstOneIsNotAmbiguous) {
 TEST(Pairing, UnequalListsGoNearestFirst) {
     const std::vector<Candidate> a = {{0, {0, 0, 0}}, {1, {10, 0, 0}}, {2, {20, 0, 0}}};
     const std::vector<Candidate> b = {{7, {19, 0, 0}}, {8, {12, 0, 0}}};
-    const auto pairs = pairUp(a, b, 1e-3);
+    const auto pairs = pairUp(a, b, Preference::Order, 1e-3);
     ASSERT_EQ(pairs.size(), 2U);
     EXPECT_EQ(pairs[0].reference, 2);
     EXPECT_EQ(pairs[0].compare, 7);
@@ -39,21 +50,21 @@ TEST(Pairing, UnequalListsGoNearestFirst) {
 
 TEST(Pairing, EqualDistancesAreAmbiguousAndInOrder) {
     const std::vector<Candidate> a = {{0, {-1, 0, 0}}, {1, {1, 0, 0}}};
-    const auto pairs = pairUp(a, {{9, {0, 0, 0}}}, 1e-3);
+    const auto pairs = pairUp(a, {{9, {0, 0, 0}}}, Preference::Order, 1e-3);
     ASSERT_EQ(pairs.size(), 1U);
     EXPECT_EQ(pairs[0].reference, 0);
     EXPECT_TRUE(pairs[0].ambiguous);
 }
 
 TEST(Pairing, EmptyListsGiveNothing) {
-    EXPECT_TRUE(pairUp({}, {{1, {0, 0, 0}}}, 1e-3).empty());
-    EXPECT_TRUE(pairUp({}, {}, 1e-3).empty());
+    EXPECT_TRUE(pairUp({}, {{1, {0, 0, 0}}}, Preference::Order, 1e-3).empty());
+    EXPECT_TRUE(pairUp({}, {}, Preference::Order, 1e-3).empty());
 }
 
 TEST(Pairing, HugeListsOfUnequalLengthGoInOrder) {
     const std::vector<Candidate> a(2000);
     const std::vector<Candidate> b(1999);
-    EXPECT_EQ(pairUp(a, b, 1e-3).size(), 1999U);
+    EXPECT_EQ(pairUp(a, b, Preference::Order, 1e-3).size(), 1999U);
 }
 
 std::vector<std::uint32_t> allNear(const comparer::PointGrid& grid, const gp_Pnt& point) {
