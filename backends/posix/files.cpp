@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdlib>
 
+#include "backends/posix/left_overs.h"
 #include "platform/os/utf8.h"
 
 namespace posix {

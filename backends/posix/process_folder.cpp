@@ -1,6 +1,5 @@
 #include "backends/posix/process_folder.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -10,24 +9,18 @@
 #include <charconv>
 #include <cstdint>
 #include <cstdlib>
-#include <ctime>
-#include <filesystem>
 #include <map>
 #include <mutex>
 #include <random>
-#include <string_view>
-#include <vector>
+
+#include "backends/posix/left_overs.h"
 
 namespace posix {
 namespace {
 
-constexpr std::string_view kPrefix = "bextora-";
-constexpr const char* kLockName = "/lock";
 // The lock file gets its name only once it is locked, so that nobody ever finds it free while
 // its owner lives.
 constexpr const char* kNewLockName = "/lock.new";
-// A folder without lock file is one that is being made, unless it stays so.
-constexpr std::time_t kUnlockedGraceSeconds = 3600;
 constexpr int kNameAttempts = 16;
 
 /// Our folders, by path, with the process that made them: what std::exit() has to remove. Never
@@ -40,11 +33,6 @@ struct LiveFolders {
 LiveFolders& liveFolders() {
     static auto* const live = new LiveFolders;
     return *live;
-}
-
-void removeTree(const std::string& path) {
-    std::error_code ignored;
-    std::filesystem::remove_all(path, ignored);
 }
 
 void removeAtExit() {
@@ -74,7 +62,7 @@ std::string randomName() {
     const std::uint64_t value = (std::uint64_t{device()} << 32) | device();
     std::array<char, 16> digits{};
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value, 16).ptr;
-    return std::string(kPrefix) + std::to_string(::getpid()) + '-' +
+    return std::string(kProcessFolderPrefix) + std::to_string(::getpid()) + '-' +
            std::string(digits.data(), end);
 }
 
@@ -82,23 +70,8 @@ UniqueFd makeLock(const std::string& folder) {
     const std::string fresh = folder + kNewLockName;
     UniqueFd fd(::open(fresh.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
     const bool locked = fd.valid() && ::flock(fd.get(), LOCK_EX | LOCK_NB) == 0 &&
-                        ::rename(fresh.c_str(), (folder + kLockName).c_str()) == 0;
+                        ::rename(fresh.c_str(), (folder + kProcessFolderLock).c_str()) == 0;
     return locked ? std::move(fd) : UniqueFd();
-}
-
-bool isOwnFolder(const std::string& path, struct stat& status) {
-    return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
-           status.st_uid == ::geteuid();
-}
-
-void removeIfLeftOver(const std::string& path) {
-    struct stat status {};
-    if (!isOwnFolder(path, status)) return;
-    const UniqueFd lock(
-        ::open((path + kLockName).c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
-    const bool dead = lock.valid() ? ::flock(lock.get(), LOCK_EX | LOCK_NB) == 0
-                                   : std::time(nullptr) - status.st_mtime > kUnlockedGraceSeconds;
-    if (dead) removeTree(path);
 }
 
 }  // namespace
@@ -133,17 +106,6 @@ void ProcessFolder::remove() {
     if (deregister(path_)) removeTree(path_);
     lock_.reset();
     path_.clear();
-}
-
-void removeLeftOvers(const std::string& parent) {
-    DIR* const folder = ::opendir(parent.c_str());
-    if (folder == nullptr) return;
-    std::vector<std::string> names;
-    while (const dirent* const entry = ::readdir(folder)) {
-        if (std::string_view(entry->d_name).starts_with(kPrefix)) names.emplace_back(entry->d_name);
-    }
-    ::closedir(folder);
-    for (const std::string& name : names) removeIfLeftOver(parent + name);
 }
 
 }  // namespace posix

@@ -1,10 +1,14 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "backends/posix/unique_fd.h"
 
 namespace posix {
+
+inline constexpr std::string_view kProcessFolderPrefix = "bextora-";
+inline constexpr const char* kProcessFolderLock = "/lock";
 
 /// A folder `bextora-<pid>-<random>` that only this user can read. A lock on a file inside tells
 /// other processes that its owner lives. The folder and all that it holds go with this object,
@@ -31,9 +35,5 @@ private:
     std::string path_;
     UniqueFd lock_;
 };
-
-/// Removes the folders below `parent` that processes of this user left behind when they died.
-/// A folder of a living process, of another user, or one that is just being made stays.
-void removeLeftOvers(const std::string& parent);
 
 }  // namespace posix

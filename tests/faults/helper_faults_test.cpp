@@ -17,7 +17,6 @@ namespace {
 using namespace std::chrono_literals;
 using os::ProcessEnd;
 using posix_test::comesTrue;
-using posix_test::processGone;
 using posix_test::Program;
 using posix_test::ScratchFolder;
 using posix_test::startTestHelper;

@@ -8,6 +8,7 @@
 
 #include <filesystem>
 
+#include "backends/posix/left_overs.h"
 #include "tests/unit/backends/posix/support.h"
 
 namespace {
