@@ -85,7 +85,8 @@ TEST(ContentDigest, SplineGeometryIsKnown) {
 TEST(ContentDigest, TriangulationOfASurfaceIsNoGeometry) {
     const TopoDS_Shape cylinder = shapes::cylinder(3, 8);
     const std::string bare = contentDigest(cylinder);
-    BRepMesh_IncrementalMesh(cylinder, 0.1);
+    const BRepMesh_IncrementalMesh mesher(cylinder, 0.1);
+    ASSERT_TRUE(mesher.IsDone());
     EXPECT_EQ(contentDigest(cylinder), bare);
 }
 

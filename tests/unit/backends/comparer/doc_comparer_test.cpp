@@ -154,7 +154,7 @@ protected:
     std::wstring run() {
         bxtexchange::services() = comparer::makeServices(imports, options);
         bxtexchange::HOOPSDOCComparer subject(L"language folder");
-        const std::wstring path =
+        std::wstring path =
             subject.doComparision(nullptr, L"a.step", L"größe.step", nullptr, status);
         bxtexchange::services() = {};
         return path;

@@ -387,7 +387,9 @@ TEST(Matching, HundredThousandInstancesTakeSeconds) {
     FakeModel b;
     for (int i = 0; i < 100000; ++i) {
         const double lift = i % 10 == 0 ? 3.0 : 0.0;
-        const gp_Trsf place = at(120.0 * (i % 300), 80.0 * (i / 300), 0);
+        const int column = i % 300;
+        const int row = i / 300;
+        const gp_Trsf place = at(120.0 * column, 80.0 * row, 0);
         a.part(a.top(), "Plate", body, place);
         b.part(b.top(), "Plate", body, at(0, 0, lift) * place);
     }
