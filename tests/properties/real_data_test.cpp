@@ -56,7 +56,9 @@ std::map<std::string, std::set<std::string>> pairsOfManifest() {
 TEST(RealData, TheTableHoldsEveryStepFileOfEveryPair) {
     SKIP_WITHOUT_REAL_DATA();
     std::set<std::string> listed;
-    for (const auto& file : support::stepFiles()) listed.emplace(file.path);
+    for (const auto& file : support::stepFiles()) {
+        if (!file.path.starts_with("samples/")) listed.emplace(file.path);
+    }
     std::set<std::string> wanted;
     for (const auto& [pair, files] : pairsOfManifest()) wanted.insert(files.begin(), files.end());
     ASSERT_FALSE(wanted.empty());

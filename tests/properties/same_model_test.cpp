@@ -13,9 +13,9 @@ using support::RealFile;
 class SameModel : public testing::TestWithParam<RealFile> {
 protected:
     void SetUp() override {
-        SKIP_WITHOUT_REAL_DATA();
+        file_ = support::pathOf(GetParam());
+        SKIP_UNLESS_THERE(!file_.empty());
         SKIP_UNLESS_FULL(GetParam().small);
-        file_ = (support::realDataFolder() / GetParam().path).string();
         ASSERT_TRUE(std::filesystem::exists(file_)) << file_;
     }
 

@@ -7,7 +7,11 @@
 namespace support {
 namespace {
 
+constexpr std::string_view kSamples = "samples/";
+
 constexpr RealFile kFiles[] = {
+    {"Gearbox1", "samples/gearbox_reference.step", true},
+    {"Gearbox2", "samples/gearbox_compare.step", true},
     {"FrameworkCase1",
      "A-revisions/Framework-Laptop-13__printable_case_full_8416__rev1_2022-08-31_0d1a746.stp",
      true},
@@ -80,6 +84,7 @@ constexpr RealFile kFiles[] = {
 };
 
 constexpr RealPair kPairs[] = {
+    {"Gearbox", "Gearbox1", "Gearbox2", true, true},
     {"FrameworkCase", "FrameworkCase1", "FrameworkCase2", true, true},
     {"MountingPlate", "MountingPlate1", "MountingPlate2", true, true},
     {"RotationPitch", "RotationPitch1", "RotationPitch2", true, true},
@@ -133,11 +138,17 @@ std::filesystem::path realDataFolder() {
     return folder ? folder : "";
 }
 
+std::string pathOf(const RealFile& file) {
+    if (file.path.starts_with(kSamples)) {
+        return (std::filesystem::path(BEXTORA_SOURCE_FOLDER) / file.path).string();
+    }
+    const std::filesystem::path folder = realDataFolder();
+    return folder.empty() ? std::string() : (folder / file.path).string();
+}
+
 std::string realFile(std::string_view label) {
-    for (const RealFile& file : stepFiles()) {
-        if (file.label == label && !realDataFolder().empty()) {
-            return (realDataFolder() / file.path).string();
-        }
+    for (const RealFile& file : kFiles) {
+        if (file.label == label) return pathOf(file);
     }
     return {};
 }

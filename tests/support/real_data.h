@@ -6,12 +6,13 @@
 #include <string_view>
 #include <vector>
 
-/// The real files that tests read when BEXTORA_TEST_DATA names their folder.
+/// The files that the tests compare: the bundled sample, and the real ones when
+/// BEXTORA_TEST_DATA names their folder.
 namespace support {
 
 struct RealFile {
     std::string_view label;  ///< letters and digits, for the test's name
-    std::string_view path;   ///< below the data folder
+    std::string_view path;   ///< below the data folder, or "samples/..." in our own tree
     bool small = true;       ///< else only looked at with BEXTORA_TEST_FULL
 };
 
@@ -33,7 +34,10 @@ void PrintTo(const RealPair& pair, std::ostream* stream);
 /// Empty when BEXTORA_TEST_DATA is not set.
 std::filesystem::path realDataFolder();
 
-/// Full path of the file with this label; empty without the data.
+/// Full path; empty for a real file without the data.
+std::string pathOf(const RealFile& file);
+
+/// Full path of the file with this label; empty as above.
 std::string realFile(std::string_view label);
 
 /// True when BEXTORA_TEST_FULL is set to anything but 0.
@@ -44,12 +48,14 @@ std::string readFile(const std::filesystem::path& path);
 
 }  // namespace support
 
-/// Skips the test, and says how to run it, unless the real files are there.
-#define SKIP_WITHOUT_REAL_DATA()                                                     \
-    if (support::realDataFolder().empty()) {                                         \
+/// Skips the test, and says how to run it, unless the files that it needs are there.
+#define SKIP_UNLESS_THERE(isThere)                                                   \
+    if (!(isThere)) {                                                                \
         GTEST_SKIP() << "SKIPPED, NOTHING WAS TESTED: set BEXTORA_TEST_DATA to the " \
                         "folder with the real CAD files (docs/04-testing.md)";       \
     }
+
+#define SKIP_WITHOUT_REAL_DATA() SKIP_UNLESS_THERE(!support::realDataFolder().empty())
 
 /// Skips a long test unless everything was asked for.
 #define SKIP_UNLESS_FULL(isShort)                                           \

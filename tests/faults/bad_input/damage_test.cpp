@@ -8,15 +8,12 @@ using bad_input::Side;
 
 namespace {
 
-/// A real assembly of 13 usages; the boxes of our own making have no curved face.
+/// An assembly with sub-assemblies, curved faces, attributes and PMI.
 std::string victim() {
-    return support::readFile(support::realFile("As11"));
+    return support::readFile(support::realFile("Gearbox1"));
 }
 
-class Damage : public bad_input::OnEitherSide {
-protected:
-    void SetUp() override { SKIP_WITHOUT_REAL_DATA(); }
-};
+class Damage : public bad_input::OnEitherSide {};
 
 /// Seeds are run in a few groups, so that they can run beside each other.
 class BitFlips : public testing::TestWithParam<unsigned> {};
@@ -73,7 +70,6 @@ INSTANTIATE_TEST_SUITE_P(Sides, Damage, testing::Values(Side::Reference, Side::C
                          bad_input::sideName);
 
 TEST_P(BitFlips, AreAnswered) {
-    SKIP_WITHOUT_REAL_DATA();
     const std::string whole = victim();
     const support::ScratchFolder scratch;
     const unsigned seeds = support::fullRun() ? kSeedsOfAFullGroup : kSeedsOfAGroup;
