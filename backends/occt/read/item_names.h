@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include <TopoDS_Shape.hxx>
+
+#include "backends/occt/document/description.h"
+#include "backends/occt/read/step_translation.h"
+#include "backends/occt/step/part21.h"
+
+namespace occt {
+
+/// Names that a file gives its representation items.
+class ItemNames {
+public:
+    ItemNames(const step::Part21& file, const StepTranslation& translation);
+
+    /// Name of the item that the shape came of; empty when it has none that says anything.
+    const std::string& of(const TopoDS_Shape& shape) const;
+
+private:
+    std::unordered_map<const void*, std::string> names_;
+};
+
+/// Gives unnamed items a fixed word and makes all names of a part differ by a number.
+void makeUnique(std::vector<DescribedItem>& items);
+
+}  // namespace occt

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "backends/occt/step/part21.h"
+#include "backends/occt/step/placements.h"
+
+namespace occt::step {
+
+/// One use of a product in another.
+struct ProductUsage {
+    std::size_t product = 0;       ///< position in Products::products
+    Matrix placement = kIdentity;  ///< of the used product in the using one; millimetres
+    std::uint64_t instance = 0;    ///< number of the usage in the file
+    std::string id;                ///< as the author numbered it
+    std::string name;
+    bool placed = false;  ///< whether the file gives a placement that could be read
+};
+
+/// One product definition.
+struct Product {
+    std::uint64_t instance = 0;  ///< number of the product definition in the file
+    std::string name;            ///< of the product; its identifier when it has no name
+    std::string id;
+    std::string description;
+    double unitMm = 1.0;
+    std::vector<std::uint64_t> representations;
+    std::vector<ProductUsage> usages;
+    bool isUsed = false;
+    /// Name of another file that holds the product, as written; empty when there is none.
+    std::string fileName;
+};
+
+/// The product structure as the text of a file states it. No geometry is looked at.
+struct Products {
+    std::vector<Product> products;
+    std::vector<std::size_t> roots;  ///< products that no other uses; those with content only
+    /// Mapped items that place a product in another one, by their numbers: they stand for
+    /// usages and are no geometry of their own.
+    std::vector<std::uint64_t> usageItems;
+    std::size_t usageCount = 0;
+    std::size_t brokenUsages = 0;  ///< usages whose product can't be found
+
+    /// Products that contain themselves, outermost first and the first one again at the end;
+    /// empty for a proper structure.
+    std::vector<std::size_t> cycle() const;
+
+    /// Occurrences that the structure unfolds into, the roots included. Stops counting at
+    /// 2^62. Only for a structure without a cycle.
+    std::uint64_t occurrenceCount() const;
+};
+
+/// Reads the product structure. Usages below one product stand in an order that depends on
+/// their content alone: by the author's numbers, then names, then placements.
+Products readProducts(const Part21& file);
+
+/// Compares texts so that numbers in them count by value: "2" stands before "10".
+bool naturalLess(const std::string& a, const std::string& b);
+
+}  // namespace occt::step

@@ -1,0 +1,129 @@
+#include <cstdint>
+#include <optional>
+
+#include "backends/occt/step/value.h"
+
+namespace occt::step {
+namespace {
+
+std::optional<std::uint32_t> hexNumber(std::string_view digits) {
+    std::uint32_t number = 0;
+    for (const char c : digits) {
+        const int digit = c >= '0' && c <= '9'   ? c - '0'
+                          : c >= 'A' && c <= 'F' ? c - 'A' + 10
+                          : c >= 'a' && c <= 'f' ? c - 'a' + 10
+                                                 : -1;
+        if (digit < 0) return std::nullopt;
+        number = number * 16 + static_cast<std::uint32_t>(digit);
+    }
+    return number;
+}
+
+void appendCodePoint(std::string& out, std::uint32_t code) {
+    if (code > 0x10FFFF || (code >= 0xD800 && code < 0xE000)) code = 0xFFFD;
+    if (code < 0x80) {
+        out += static_cast<char>(code);
+        return;
+    }
+    const int tails = code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
+    constexpr std::uint32_t lead[] = {0, 0xC0, 0xE0, 0xF0};
+    out += static_cast<char>(lead[tails] | (code >> (6 * tails)));
+    for (int i = tails - 1; i >= 0; --i) {
+        out += static_cast<char>(0x80 | ((code >> (6 * i)) & 0x3F));
+    }
+}
+
+/// Length of the UTF-8 sequence at `at`, 0 when there is none.
+std::size_t utf8Length(std::string_view text, std::size_t at) {
+    const auto lead = static_cast<unsigned char>(text[at]);
+    const std::size_t length = lead < 0x80                   ? 1
+                               : lead >= 0xC2 && lead < 0xE0 ? 2
+                               : lead >= 0xE0 && lead < 0xF0 ? 3
+                               : lead >= 0xF0 && lead < 0xF5 ? 4
+                                                             : 0;
+    if (length == 0 || at + length > text.size()) return 0;
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((static_cast<unsigned char>(text[at + i]) & 0xC0) != 0x80) return 0;
+    }
+    return length;
+}
+
+bool isUtf8(std::string_view text) {
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t length = utf8Length(text, at);
+        if (length == 0) return false;
+        at += length;
+    }
+    return true;
+}
+
+/// Code units of `width` hexadecimal digits up to \X0\. Moves `at` behind it.
+void decodeWide(std::string_view raw, std::size_t& at, std::size_t width, std::string& out) {
+    std::uint32_t high = 0;
+    while (at + width <= raw.size() && raw[at] != '\\') {
+        const auto unit = hexNumber(raw.substr(at, width));
+        at += width;
+        if (!unit) {
+            appendCodePoint(out, 0xFFFD);
+        } else if (*unit >= 0xD800 && *unit < 0xDC00) {
+            high = *unit;
+        } else if (*unit >= 0xDC00 && *unit < 0xE000 && high != 0) {
+            appendCodePoint(out, 0x10000 + ((high - 0xD800) << 10) + (*unit - 0xDC00));
+            high = 0;
+        } else {
+            appendCodePoint(out, *unit);
+        }
+    }
+    if (raw.substr(at, 4) == "\\X0\\") at += 4;
+}
+
+/// One directive at the backslash at `at`; false when it is none.
+bool decodeDirective(std::string_view raw, std::size_t& at, std::string& out) {
+    const std::string_view rest = raw.substr(at);
+    if (rest.starts_with("\\\\")) {
+        out += '\\';
+        at += 2;
+    } else if (rest.starts_with("\\X2\\") || rest.starts_with("\\X4\\")) {
+        at += 4;
+        decodeWide(raw, at, rest[2] == '2' ? 4 : 8, out);
+    } else if (rest.starts_with("\\X\\") && rest.size() >= 5 && hexNumber(rest.substr(3, 2))) {
+        appendCodePoint(out, *hexNumber(rest.substr(3, 2)));
+        at += 5;
+    } else if (rest.starts_with("\\S\\") && rest.size() >= 4) {
+        appendCodePoint(out, static_cast<unsigned char>(rest[3]) + 128U);
+        at += 4;
+    } else if (rest.size() >= 4 && rest[1] == 'P' && rest[3] == '\\') {
+        at += 4;  // page of \S\: ISO 8859-1 is the only one that files in practice use
+    } else {
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+std::string decodeText(std::string_view raw) {
+    const bool utf8 = isUtf8(raw);
+    std::string out;
+    out.reserve(raw.size());
+    for (std::size_t at = 0; at < raw.size();) {
+        const char c = raw[at];
+        if (c == '\'' && at + 1 < raw.size() && raw[at + 1] == '\'') {
+            out += c;
+            at += 2;
+        } else if (c == '\\' && decodeDirective(raw, at, out)) {
+            continue;
+        } else if (static_cast<unsigned char>(c) >= 0x80 && !utf8) {
+            appendCodePoint(out, static_cast<unsigned char>(c));
+            ++at;
+        } else if (c == '\n' || c == '\r') {
+            ++at;  // a line break inside a text is the writer's layout
+        } else {
+            out += c;
+            ++at;
+        }
+    }
+    return out;
+}
+
+}  // namespace occt::step
