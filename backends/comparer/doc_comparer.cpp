@@ -50,6 +50,12 @@ std::optional<bxtimp::IDocComparer::Status> parseStatus(const std::string& text)
     return known ? std::optional(status) : std::nullopt;
 }
 
+/// Both files by their names, for sentences about their comparison.
+std::string bothNames(const std::string& referencePath, const std::string& comparePath) {
+    return std::filesystem::path(referencePath).filename().string() + " and " +
+           std::filesystem::path(comparePath).filename().string();
+}
+
 }  // namespace
 
 void DocComparer::log(const std::string& text) const {
@@ -81,6 +87,7 @@ DocComparer::Answer DocComparer::compareFiles(const std::string& referencePath,
         log("There is no folder for the result of the comparison.");
         return answer;
     }
+    const std::string names = bothNames(referencePath, comparePath);
     const HelperOutcome outcome =
         runHelper({"compare", "--reference", reference, "--compare", compare, "--out", out,
                    "--length-tolerance", numberText(options_.lengthToleranceMm),
@@ -88,26 +95,27 @@ DocComparer::Answer DocComparer::compareFiles(const std::string& referencePath,
                   {progress, [&](const std::string& text) { log(text); }});
     answer.killed = outcome.end == os::ProcessEnd::Killed;
     if (outcome.good) {
-        take(outcome, out, answer);
+        take(outcome, out, names, answer);
     } else {
-        log("The comparison failed. " + outcome.cause);
+        log("The comparison of " + names + " failed. " + outcome.cause);
     }
     return answer;
 }
 
-void DocComparer::take(const HelperOutcome& outcome, const std::string& out, Answer& answer) const {
+void DocComparer::take(const HelperOutcome& outcome, const std::string& out,
+                       const std::string& names, Answer& answer) const {
     const auto said = outcome.results.find("status");
     const auto status = said == outcome.results.end() ? std::nullopt : parseStatus(said->second);
     std::error_code ignored;
     if (!status || (*status == Done && !std::filesystem::exists(out, ignored))) {
-        log("The comparison failed. The helper process gave no result.");
+        log("The comparison of " + names + " failed. The helper process gave no result.");
         return;
     }
     answer.status = *status;
     if (answer.status == Done) {
         answer.path = out;
     } else if (const auto cause = outcome.results.find("cause"); cause != outcome.results.end()) {
-        log(cause->second);
+        log(names + ": " + cause->second);
     }
 }
 

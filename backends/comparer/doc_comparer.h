@@ -28,8 +28,9 @@ private:
     };
 
     Answer compareFiles(const std::string& referencePath, const std::string& comparePath) const;
-    /// What the helper said, as an answer.
-    void take(const HelperOutcome& outcome, const std::string& out, Answer& answer) const;
+    /// What the helper said, as an answer. `names` are those of the two files.
+    void take(const HelperOutcome& outcome, const std::string& out, const std::string& names,
+              Answer& answer) const;
     bool importFile(const std::string& path, std::string& folder) const;
     void log(const std::string& text) const;
 

@@ -199,7 +199,7 @@ TEST_F(DocComparerTest, EveryStatusOfTheHelperIsPassedOnWithItsCause) {
                                       {Kind::Result, 0.0, "status", std::to_string(expected)}};
         EXPECT_TRUE(run().empty());
         EXPECT_EQ(status, expected);
-        EXPECT_EQ(log, (std::vector<std::string>{"Why."}));
+        EXPECT_EQ(log, (std::vector<std::string>{"a.step and größe.step: Why."}));
     }
 }
 
@@ -232,6 +232,7 @@ TEST_F(DocComparerTest, EveryEndOfTheHelperButAGoodOneIsNamed) {
         EXPECT_EQ(status, Comparer::NothingCompared);
         ASSERT_EQ(log.size(), 1U);
         EXPECT_NE(log[0].find(row.says), std::string::npos) << log[0];
+        EXPECT_NE(log[0].find("a.step and größe.step"), std::string::npos) << log[0];
     }
 }
 
