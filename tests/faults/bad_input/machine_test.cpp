@@ -71,6 +71,7 @@ class Machine : public testing::Test {
 protected:
     void SetUp() override {
         good_ = scratch_.write("good.stp", bad_input::goodAssembly());
+        copy_ = scratch_.write("copy.stp", bad_input::goodAssembly());
         slow_ = scratch_.write("slow.stp", bad_input::slowAssembly());
     }
 
@@ -89,6 +90,7 @@ protected:
 
     support::ScratchFolder scratch_;
     std::string good_;
+    std::string copy_;
     std::string slow_;
 };
 
@@ -104,7 +106,7 @@ TEST_F(Machine, FullDiskIsNamed) {
     request.temporaryFolder = (scratch_.path() / "disk").string();
     const auto run = bad_input::compare(slow_, copyOfSlow(), request);
     bad_input::printOutcome("full disk", Side::Reference, run);
-    bad_input::expectRefused(run, "slow", "space|disk|write");
+    bad_input::expectRefused(run, "slow", "space|disk|writ");
 }
 
 TEST_F(Machine, WriteThatFailsIsNamed) {
@@ -112,7 +114,7 @@ TEST_F(Machine, WriteThatFailsIsNamed) {
     request.largestFileBytes = 4096;
     const auto run = bad_input::compare(slow_, copyOfSlow(), request);
     bad_input::printOutcome("files limited to 4 KiB", Side::Reference, run);
-    bad_input::expectRefused(run, "slow", "space|disk|write|file size|too large");
+    bad_input::expectRefused(run, "slow", "space|disk|writ");
 }
 
 TEST_F(Machine, OutputThatCannotBeWrittenIsTrouble) {
@@ -133,7 +135,7 @@ TEST_F(Machine, TemporaryFolderThatIsNotThereIsNamed) {
          {(scratch_.path() / "no such folder").string(), good_, std::string("/proc")}) {
         support::CliRequest request;
         request.environment = {{"TMPDIR", folder}};
-        const auto run = bad_input::compare(good_, good_, request);
+        const auto run = bad_input::compare(good_, copy_, request);
         bad_input::printOutcome("temporary folder " + fs::path(folder).filename().string(),
                                 Side::Reference, run);
         bad_input::expectOrder(run);
@@ -162,7 +164,7 @@ TEST_F(Machine, TemporaryFolderWithoutWritePermissionIsNamed) {
                          << support::programPath();
         }
     }
-    const auto run = bad_input::compare(good_, good_, request);
+    const auto run = bad_input::compare(good_, copy_, request);
     bad_input::printOutcome("unwritable temporary folder", Side::Reference, run);
     bad_input::expectOrder(run);
     if (run.exitCode != 0) {
@@ -208,7 +210,7 @@ TEST_F(Machine, HostKilledFromOutsideTakesItsHelpersAlongAndTheNextRunCleansUp) 
 
     support::CliRequest next;
     next.temporaryFolder = shared.string();
-    const auto run = bad_input::compare(good_, good_, next);
+    const auto run = bad_input::compare(good_, copy_, next);
     bad_input::expectCompared(run);
 }
 
@@ -221,7 +223,7 @@ TEST_F(Machine, InterruptEndsTheRunAndLeavesNothing) {
         };
         const auto run = bad_input::compare(slow_, copyOfSlow(), request);
         ASSERT_TRUE(done);
-        EXPECT_EQ(run.exitCode, 128 + SIGINT) << sent << run.description();
+        EXPECT_EQ(run.exitCode, 128 + sent) << run.description();
         EXPECT_LT(run.seconds, 10) << run.description();
         EXPECT_TRUE(run.leftFiles.empty()) << run.description();
         EXPECT_TRUE(run.leftProcesses.empty()) << run.description();
@@ -230,7 +232,7 @@ TEST_F(Machine, InterruptEndsTheRunAndLeavesNothing) {
 
 TEST_F(Machine, TimeLimitIsNamed) {
     support::CliRequest request;
-    const std::string large = scratch_.write("large.stp", bad_input::wall(20000));
+    const std::string large = scratch_.write("large.stp", bad_input::wall(5000));
     request.arguments = {"--time-limit", "1s", "--", large, good_};
     const auto run = support::runProgram(request);
     bad_input::printOutcome("time limit", Side::Reference, run);
@@ -239,7 +241,7 @@ TEST_F(Machine, TimeLimitIsNamed) {
 
 TEST_F(Machine, MemoryLimitIsNamed) {
     support::CliRequest request;
-    const std::string large = scratch_.write("large.stp", bad_input::wall(20000));
+    const std::string large = scratch_.write("large.stp", bad_input::wall(5000));
     request.arguments = {"--memory-limit", "150M", "--", large, good_};
     const auto run = support::runProgram(request);
     bad_input::printOutcome("memory limit", Side::Reference, run);

@@ -62,9 +62,10 @@ TEST_P(OddPaths, AreNamedWhenTheFileIsBad) {
 
 TEST_P(OddPaths, WorkRelativeToTheWorkingFolder) {
     scratch_.write(GetParam().path, bad_input::goodAssembly());
+    scratch_.write("copy/" + GetParam().path, bad_input::goodAssembly());
     support::CliRequest request;
     request.workingFolder = scratch_.path().string();
-    const auto run = bad_input::compare(GetParam().path, GetParam().path, request);
+    const auto run = bad_input::compare(GetParam().path, "copy/" + GetParam().path, request);
     bad_input::expectOrder(run);
     EXPECT_EQ(run.exitCode, 0) << run.description();
 }

@@ -50,6 +50,61 @@ std::map<std::string, std::size_t> states(const std::vector<ReportInstance>& ins
 
 using States = std::map<std::string, std::size_t>;
 
+/// A product below the root, by what the file says of it: the names of the products that it uses,
+/// and how many solids each of those has. The solids have no names of their own; two and more in
+/// one part are shown, numbered.
+struct Product {
+    const char* name;
+    std::vector<std::pair<const char*, int>> uses;
+};
+
+struct Component {
+    Product product;
+    const char* state;
+};
+
+const Product kScrew = {"96817A704_THREAD-FORMING_SCREW_FOR_THIN_PLASTIC", {{"SOLID", 1}}};
+const Product kLed = {"LED_LXZ1_PR01_L", {{"COMPOUND", 5}}};
+const Product kInGaN = {"LUXEON_Z_InGaN_Direct_Color_0660", {{"SOLID", 1}}};
+/// Its second part has a representation without any item, but it is used like any other.
+const Product kLime = {"LUXEON_Z_Lime", {{"COMPOUND", 1}, {"COMPOUND", 0}}};
+const Product kSon = {"SON_11_P50_300X200X80L40X25T239X64L", {{"COMPOUND", 12}}};
+const Product kR0201 = {"R_0201_0603Metric_ERJ_L", {{"COMPOUND", 4}}};
+const Product kSod = {"SOD_323_250X125X110L30X32L", {{"COMPOUND", 3}}};
+const Product kBga = {"BGA_15_NP50_3X5_155X255X69B31N", {{"COMPOUND", 17}}};
+const Product kQfn = {"QFN_14_P40_200X200X40L40X20L", {{"COMPOUND", 15}}};
+const Product kC0201 = {"C_0201_0603Metric_L", {{"COMPOUND", 3}}};
+const Product kC0402 = {"C_0402_1005Metric_L", {{"COMPOUND", 3}}};
+const Product kC0603 = {"C_0603_1608Metric_L", {{"COMPOUND", 3}}};
+const Product kL0603 = {"L_0603_1608Metric_L", {{"COMPOUND", 3}}};
+const Product kBoard = {"COMPOUND", {}};
+
+/// The components from position 10 on: the same in both files, but for the one at 24.
+void addRest(std::vector<Component>& components, const Component& emitter) {
+    const Product* const before[] = {&kC0201, &kC0201, &kC0201, &kC0201, &kC0603, &kC0201, &kR0201,
+                                     &kR0201, &kC0201, &kC0402, &kC0402, &kL0603, &kC0402, &kC0201};
+    for (const Product* product : before) components.push_back({*product, "same"});
+    components.push_back(emitter);
+    for (int i = 0; i < 4; ++i) components.push_back({kR0201, "same"});
+    components.push_back({kBoard, "same"});
+}
+
+/// The whole tree as drawn; what is added or deleted takes everything below it along.
+std::string treeOf(const std::vector<Component>& components) {
+    std::string text = std::string(kRoot) + " | modified\n";
+    for (const auto& [product, state] : components) {
+        text += "  " + std::string(product.name) + " | " + state + "\n";
+        const std::string below = state == std::string("moved") ? "same" : state;
+        for (const auto& [name, solids] : product.uses) {
+            text += "    " + std::string(name) + " | " + below + "\n";
+            for (int i = 1; solids > 1 && i <= solids; ++i) {
+                text += "      Body " + std::to_string(i) + " | " + below + "\n";
+            }
+        }
+    }
+    return text;
+}
+
 }  // namespace
 
 // Siblings of one name pair in order. A pair is moved when its name is there equally often on both
@@ -58,150 +113,39 @@ using States = std::map<std::string, std::size_t>;
 // BGA (7 against 8) and QFN (9 against 0). From position 10 on all is equal again, but for the
 // second emitter at 24. What lies below a moved component did not move within it.
 TEST_F(Miniscope, ReferenceTreeLosesItsEmittersAndMovesNineComponents) {
-    EXPECT_EQ(pairs::drawn(report_.reference), pairs::drawing(R"(
-Open CASCADE STEP translator 6.9 1 | modified
-  96817A704_THREAD-FORMING_SCREW_FOR_THIN_PLASTIC | moved
-    SOLID | same
-  96817A704_THREAD-FORMING_SCREW_FOR_THIN_PLASTIC | moved
-    SOLID | same
-  LED_LXZ1_PR01_L | deleted
-    COMPOUND | deleted
-  SON_11_P50_300X200X80L40X25T239X64L | moved
-    COMPOUND | same
-  R_0201_0603Metric_ERJ_L | moved
-    COMPOUND | same
-  R_0201_0603Metric_ERJ_L | moved
-    COMPOUND | same
-  SOD_323_250X125X110L30X32L | moved
-    COMPOUND | same
-  BGA_15_NP50_3X5_155X255X69B31N | moved
-    COMPOUND | same
-  SON_11_P50_300X200X80L40X25T239X64L | moved
-    COMPOUND | same
-  QFN_14_P40_200X200X40L40X20L | moved
-    COMPOUND | same
-  C_0201_0603Metric_L | same
-    COMPOUND | same
-  C_0201_0603Metric_L | same
-    COMPOUND | same
-  C_0201_0603Metric_L | same
-    COMPOUND | same
-  C_0201_0603Metric_L | same
-    COMPOUND | same
-  C_0603_1608Metric_L | same
-    COMPOUND | same
-  C_0201_0603Metric_L | same
-    COMPOUND | same
-  R_0201_0603Metric_ERJ_L | same
-    COMPOUND | same
-  R_0201_0603Metric_ERJ_L | same
-    COMPOUND | same
-  C_0201_0603Metric_L | same
-    COMPOUND | same
-  C_0402_1005Metric_L | same
-    COMPOUND | same
-  C_0402_1005Metric_L | same
-    COMPOUND | same
-  L_0603_1608Metric_L | same
-    COMPOUND | same
-  C_0402_1005Metric_L | same
-    COMPOUND | same
-  C_0201_0603Metric_L | same
-    COMPOUND | same
-  LED_LXZ1_PR01_L | deleted
-    COMPOUND | deleted
-  R_0201_0603Metric_ERJ_L | same
-    COMPOUND | same
-  R_0201_0603Metric_ERJ_L | same
-    COMPOUND | same
-  R_0201_0603Metric_ERJ_L | same
-    COMPOUND | same
-  R_0201_0603Metric_ERJ_L | same
-    COMPOUND | same
-  COMPOUND | same
-)"));
+    std::vector<Component> components = {
+        {kScrew, "moved"}, {kScrew, "moved"}, {kLed, "deleted"}, {kSon, "moved"}, {kR0201, "moved"},
+        {kR0201, "moved"}, {kSod, "moved"},   {kBga, "moved"},   {kSon, "moved"}, {kQfn, "moved"}};
+    addRest(components, {kLed, "deleted"});
+    EXPECT_EQ(pairs::drawn(report_.reference), treeOf(components));
 }
 
-// The second COMPOUND below LUXEON_Z_Lime has no geometry, but it is used like any other product.
 TEST_F(Miniscope, CompareTreeGainsTwoEmittersAndMovesNineComponents) {
-    EXPECT_EQ(pairs::drawn(report_.compare), pairs::drawing(R"(
-Open CASCADE STEP translator 6.9 1 | modified
-  QFN_14_P40_200X200X40L40X20L | moved
-    COMPOUND | same
-  SON_11_P50_300X200X80L40X25T239X64L | moved
-    COMPOUND | same
-  96817A704_THREAD-FORMING_SCREW_FOR_THIN_PLASTIC | moved
-    SOLID | same
-  96817A704_THREAD-FORMING_SCREW_FOR_THIN_PLASTIC | moved
-    SOLID | same
-  LUXEON_Z_InGaN_Direct_Color_0660 | added
-    SOLID | added
-  R_0201_0603Metric_ERJ_L | moved
-    COMPOUND | same
-  R_0201_0603Metric_ERJ_L | moved
-    COMPOUND | same
-  SOD_323_250X125X110L30X32L | moved
-    COMPOUND | same
-  BGA_15_NP50_3X5_155X255X69B31N | moved
-    COMPOUND | same
-  SON_11_P50_300X200X80L40X25T239X64L | moved
-    COMPOUND | same
-  C_0201_0603Metric_L | same
-    COMPOUND | same
-  C_0201_0603Metric_L | same
-    COMPOUND | same
-  C_0201_0603Metric_L | same
-    COMPOUND | same
-  C_0201_0603Metric_L | same
-    COMPOUND | same
-  C_0603_1608Metric_L | same
-    COMPOUND | same
-  C_0201_0603Metric_L | same
-    COMPOUND | same
-  R_0201_0603Metric_ERJ_L | same
-    COMPOUND | same
-  R_0201_0603Metric_ERJ_L | same
-    COMPOUND | same
-  C_0201_0603Metric_L | same
-    COMPOUND | same
-  C_0402_1005Metric_L | same
-    COMPOUND | same
-  C_0402_1005Metric_L | same
-    COMPOUND | same
-  L_0603_1608Metric_L | same
-    COMPOUND | same
-  C_0402_1005Metric_L | same
-    COMPOUND | same
-  C_0201_0603Metric_L | same
-    COMPOUND | same
-  LUXEON_Z_Lime | added
-    COMPOUND | added
-    COMPOUND | added
-  R_0201_0603Metric_ERJ_L | same
-    COMPOUND | same
-  R_0201_0603Metric_ERJ_L | same
-    COMPOUND | same
-  R_0201_0603Metric_ERJ_L | same
-    COMPOUND | same
-  R_0201_0603Metric_ERJ_L | same
-    COMPOUND | same
-  COMPOUND | same
-)"));
+    std::vector<Component> components = {{kQfn, "moved"},   {kSon, "moved"},   {kScrew, "moved"},
+                                         {kScrew, "moved"}, {kInGaN, "added"}, {kR0201, "moved"},
+                                         {kR0201, "moved"}, {kSod, "moved"},   {kBga, "moved"},
+                                         {kSon, "moved"}};
+    addRest(components, {kLime, "added"});
+    EXPECT_EQ(pairs::drawn(report_.compare), treeOf(components));
 }
 
 // Rows follow the compare side; the two old emitters are left over and come last.
 TEST_F(Miniscope, RowsFollowTheCompareFileAndEndWithTheOldEmitters) {
     const auto rows = pairs::drawnRows(report_);
-    ASSERT_EQ(rows.size(), 65U);
+    // 30 components and 30 parts of the compare file, 127 bodies in parts that have several, the
+    // top; then two emitters with a part and five bodies each.
+    ASSERT_EQ(rows.size(), 30U + 30U + 127U + 1U + 2U * 7U);
     EXPECT_EQ(rows[0], std::string(kRoot) + " modified <> " + kRoot + " modified");
     EXPECT_EQ(rows[1], "QFN_14_P40_200X200X40L40X20L moved <> QFN_14_P40_200X200X40L40X20L moved");
     EXPECT_EQ(rows[2], "COMPOUND same <> COMPOUND same");
-    EXPECT_EQ(rows[9], "- <> LUXEON_Z_InGaN_Direct_Color_0660 added");
-    EXPECT_EQ(rows[10], "- <> SOLID added");
-    EXPECT_EQ(std::vector<std::string>(rows.end() - 5, rows.end()),
-              (std::vector<std::string>{"COMPOUND same <> COMPOUND same",
-                                        "LED_LXZ1_PR01_L deleted <> -", "COMPOUND deleted <> -",
-                                        "LED_LXZ1_PR01_L deleted <> -", "COMPOUND deleted <> -"}));
+    EXPECT_EQ(rows[3], "Body 1 same <> Body 1 same");
+    const std::vector<std::string> emitter = {
+        "LED_LXZ1_PR01_L deleted <> -", "COMPOUND deleted <> -", "Body 1 deleted <> -",
+        "Body 2 deleted <> -",          "Body 3 deleted <> -",   "Body 4 deleted <> -",
+        "Body 5 deleted <> -"};
+    EXPECT_EQ(rows[rows.size() - 15], "COMPOUND same <> COMPOUND same");
+    EXPECT_EQ(std::vector<std::string>(rows.end() - 14, rows.end() - 7), emitter);
+    EXPECT_EQ(std::vector<std::string>(rows.end() - 7, rows.end()), emitter);
 }
 
 // Both paths lead through the names alone, so they are equal although the place is another.
