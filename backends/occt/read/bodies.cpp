@@ -9,6 +9,7 @@
 #include <BRep_Builder.hxx>
 #include <BRep_Tool.hxx>
 #include <Bnd_Box.hxx>
+#include <Poly_Triangulation.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Compound.hxx>
@@ -123,6 +124,32 @@ TopoDS_Shape meshOf(const TopoDS_Shape& body, HPS::Exchange::Tessellation::Level
         any = true;
     }
     return any ? TopoDS_Shape(mesh) : TopoDS_Shape();
+}
+
+TopoDS_Shape shapeOf(const step::MeshBody& mesh) {
+    TopoDS_Compound compound;
+    const BRep_Builder builder;
+    builder.MakeCompound(compound);
+    for (const step::MeshBody::Face& face : mesh.faces) {
+        const Handle(Poly_Triangulation) triangles =
+            new Poly_Triangulation(static_cast<int>(face.pointsMm.size()),
+                                   static_cast<int>(face.triangles.size()), Standard_False);
+        for (std::size_t i = 0; i < face.pointsMm.size(); ++i) {
+            const auto& point = face.pointsMm[i];
+            triangles->SetNode(static_cast<int>(i) + 1, gp_Pnt(point[0], point[1], point[2]));
+        }
+        for (std::size_t i = 0; i < face.triangles.size(); ++i) {
+            const auto& corner = face.triangles[i];
+            triangles->SetTriangle(
+                static_cast<int>(i) + 1,
+                Poly_Triangle(static_cast<int>(corner[0]) + 1, static_cast<int>(corner[1]) + 1,
+                              static_cast<int>(corner[2]) + 1));
+        }
+        TopoDS_Face plain;
+        builder.MakeFace(plain, triangles);
+        builder.Add(compound, plain);
+    }
+    return mesh.faces.empty() ? TopoDS_Shape() : TopoDS_Shape(compound);
 }
 
 }  // namespace occt

@@ -5,6 +5,7 @@
 
 #include <TopoDS_Shape.hxx>
 
+#include "backends/occt/step/extra_items.h"
 #include "platform/hps/import_options.h"
 
 namespace occt {
@@ -25,5 +26,8 @@ std::vector<Body> collectBodies(const TopoDS_Shape& shape,
 /// Mesh of a body at the fineness of a level: a compound of faces that hold triangles only.
 /// Null when no triangle came of it.
 TopoDS_Shape meshOf(const TopoDS_Shape& body, HPS::Exchange::Tessellation::Level level);
+
+/// The triangles of a mesh body in the same form; null for a body without any.
+TopoDS_Shape shapeOf(const step::MeshBody& mesh);
 
 }  // namespace occt

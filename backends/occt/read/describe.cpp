@@ -13,6 +13,7 @@
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 
+#include "backends/occt/read/annotate.h"
 #include "backends/occt/read/bodies.h"
 #include "backends/occt/read/item_names.h"
 #include "backends/occt/step/units.h"
@@ -37,7 +38,8 @@ public:
     Describer(const step::Part21& file, const step::Products& products,
               const StepTranslation& translation, const HPS::Exchange::ImportOptions& options,
               BinaryDocument& document)
-        : products_(products),
+        : file_(file),
+          products_(products),
           translation_(translation),
           options_(options),
           tool_(XCAFDoc_DocumentTool::ShapeTool(document.handle()->Main())),
@@ -49,7 +51,11 @@ public:
 
     DescribedModel run() {
         for (const step::Product& product : products_.products) addProduct(product);
-        for (std::size_t i = 0; i < products_.products.size(); ++i) addContent(i);
+        annotate(out_.description, file_, products_, options_);
+        for (std::size_t i = 0; i < products_.products.size(); ++i) {
+            addContent(i);
+            addMeshes(i);
+        }
         std::vector<std::uint32_t> roots;
         for (const std::size_t root : products_.roots) {
             roots.push_back(static_cast<std::uint32_t>(root));
@@ -142,7 +148,34 @@ private:
             definitions()[number].items.push_back(std::move(item));
             shapes_[{number, definitions()[number].items.size() - 1}] = body.shape;
         }
-        makeUnique(definitions()[number].items);
+    }
+
+    /// Bodies that the file gives as triangles, for a part that has no exact ones.
+    void addMeshes(std::size_t number) {
+        const bool hasBody =
+            std::any_of(definitions()[number].items.begin(), definitions()[number].items.end(),
+                        [](const DescribedItem& item) {
+                            return item.type == HPS::ComponentType::BrepModel ||
+                                   item.type == HPS::ComponentType::PolyBrepModel;
+                        });
+        if (hasBody || definitions()[number].isAssembly || !options_.solids) return;
+        std::size_t damaged = 0;
+        for (const step::MeshBody& mesh :
+             step::readMeshBodies(file_, products_.products[number], damaged)) {
+            const TopoDS_Shape shape = shapeOf(mesh);
+            const TDF_Label label = tool_->AddShape(shape, Standard_False, Standard_False);
+            claimed_.insert(entryOf(label));
+            DescribedItem item;
+            item.type = HPS::ComponentType::PolyBrepModel;
+            item.name = mesh.name;
+            item.label = entryOf(label);
+            definitions()[number].items.push_back(std::move(item));
+            shapes_[{number, definitions()[number].items.size() - 1}] = shape;
+        }
+        if (damaged > 0) {
+            out_.description.gaps.push_back(std::to_string(damaged) + " faces of meshes in \"" +
+                                            definitions()[number].name + "\" could not be read.");
+        }
     }
 
     /// Shapes that belong to no product: each becomes a part.
@@ -182,6 +215,7 @@ private:
 
     /// Definitions don't move any more: what is to be measured can point at them.
     void link() {
+        for (DescribedDefinition& definition : definitions()) makeUnique(definition.items);
         for (const auto& [place, shape] : shapes_) {
             DescribedItem& item = definitions()[place.first].items[place.second];
             const bool body = item.type == HPS::ComponentType::BrepModel ||
@@ -190,6 +224,7 @@ private:
         }
     }
 
+    const step::Part21& file_;
     const step::Products& products_;
     const StepTranslation& translation_;
     const HPS::Exchange::ImportOptions& options_;

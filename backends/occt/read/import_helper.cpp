@@ -94,7 +94,9 @@ public:
         progress_.beginPhase("measuring", 0.97);
         measureBodies(model.measurements, [this](double share) { progress_.report(share); });
         Description& description = model.description;
-        description.gaps = step::textGaps(file, products);
+        for (std::string& gap : step::textGaps(file, products)) {
+            description.gaps.push_back(std::move(gap));
+        }
         for (std::string& gap : translationGaps(file, translation_)) {
             description.gaps.push_back(std::move(gap));
         }

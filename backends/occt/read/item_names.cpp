@@ -21,12 +21,6 @@ constexpr const char* kNamed[] = {
     "OPEN_SHELL",
 };
 
-/// Whether a name is more than filling.
-bool saysSomething(const std::string& name) {
-    const bool blank = name.find_first_not_of(" \t") == std::string::npos;
-    return !blank && name != "NONE" && name != "none";
-}
-
 const char* wordFor(std::uint32_t type) {
     switch (type) {
         case HPS::ComponentType::BrepModel: return "Body";
@@ -41,6 +35,11 @@ const char* wordFor(std::uint32_t type) {
 }
 
 }  // namespace
+
+bool saysSomething(const std::string& name) {
+    const bool blank = name.find_first_not_of(" \t") == std::string::npos;
+    return !blank && name != "NONE" && name != "none";
+}
 
 ItemNames::ItemNames(const step::Part21& file, const StepTranslation& translation) {
     for (const char* type : kNamed) {

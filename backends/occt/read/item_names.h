@@ -24,6 +24,9 @@ private:
     std::unordered_map<const void*, std::string> names_;
 };
 
+/// Whether an item's name is more than filling.
+bool saysSomething(const std::string& name);
+
 /// Gives unnamed items a fixed word and makes all names of a part differ by a number.
 void makeUnique(std::vector<DescribedItem>& items);
 

@@ -301,6 +301,12 @@ const std::vector<std::uint32_t>& Part21::ofType(std::string_view keyword) const
     return found == keywordNumbers_.end() ? none : byType_[found->second];
 }
 
+std::vector<std::string_view> Part21::keywords() const {
+    std::vector<std::string_view> out;
+    for (const auto& [keyword, number] : keywordNumbers_) out.push_back(keyword);
+    return out;
+}
+
 std::string_view Part21::keyword(const Instance& instance) const {
     return keywords_[instance.type];
 }

@@ -54,6 +54,9 @@ public:
     /// the order of their numbers in the text.
     const std::vector<std::uint32_t>& ofType(std::string_view keyword) const;
 
+    /// All keywords of the data section, sorted.
+    std::vector<std::string_view> keywords() const;
+
     /// Keyword of a simple instance as written; empty for a complex one.
     std::string_view keyword(const Instance& instance) const;
 

@@ -33,6 +33,7 @@ public:
         defaultUnitMm_ = fileUnitMm(file_);
         definitions();
         shapes();
+        relatedRepresentations();
         usages();
         mappedPlacements();
         placements();
@@ -69,6 +70,7 @@ private:
                 product.instance = at(index).id;
                 product.unitMm = defaultUnitMm_;
                 const Record formation = any(record->reference(2));
+                product.version = formation.text(0);
                 const Record owner = any(formation.reference(2));
                 if (owner.keyword == "PRODUCT") {
                     product.id = owner.text(0);
@@ -225,7 +227,6 @@ private:
     /// Placements by MAPPED_ITEM, for usages of files that have no placing relations.
     void mappedPlacements() {
         if (file_.ofType("MAPPED_ITEM").empty() || out_.usageCount == 0) return;
-        relatedRepresentations();
         for (Product& parent : out_.products) {
             if (parent.usages.empty()) continue;
             for (const std::uint64_t representation : parent.representations) {
@@ -242,11 +243,15 @@ private:
             const Instance& instance = at(index);
             if (instance.type == Part21::kComplex) continue;
             const Record record = first(index);
-            const auto a = owners_.find(record.reference(2));
-            const auto b = owners_.find(record.reference(3));
-            if (a != owners_.end()) owners_.emplace(record.reference(3), a->second);
-            if (b != owners_.end()) owners_.emplace(record.reference(2), b->second);
+            relate(record.reference(2), record.reference(3));
+            relate(record.reference(3), record.reference(2));
         }
+    }
+
+    void relate(std::uint64_t known, std::uint64_t other) {
+        const auto owner = owners_.find(known);
+        if (owner == owners_.end() || !owners_.emplace(other, owner->second).second) return;
+        out_.products[owner->second].relatedRepresentations.push_back(other);
     }
 
     void mappedItem(Product& parent, std::uint64_t id, double unitMm) {
@@ -392,6 +397,43 @@ std::uint64_t Products::occurrenceCount() const {
     std::uint64_t total = 0;
     for (const std::size_t root : roots) total = std::min(kMany, total + below[root]);
     return total;
+}
+
+ProductFinder::ProductFinder(const Part21& file, const Products& products) : file_(file) {
+    for (std::size_t i = 0; i < products.products.size(); ++i) {
+        products_[products.products[i].instance] = i;
+    }
+    for (const std::uint32_t index : file.ofType("PRODUCT_DEFINITION_SHAPE")) {
+        const std::uint64_t shape = file.instances()[index].id;
+        const auto record = file.read(shape, "PRODUCT_DEFINITION_SHAPE");
+        const auto product = record ? find(record->reference(2)) : std::nullopt;
+        if (product) products_[shape] = *product;
+    }
+}
+
+std::optional<std::size_t> ProductFinder::find(std::uint64_t definition) const {
+    const auto found = products_.find(definition);
+    if (found == products_.end()) return std::nullopt;
+    return found->second;
+}
+
+std::optional<std::size_t> ProductFinder::productOf(std::uint64_t entity) const {
+    // Aspects refer to aspects; what is further away belongs to something else.
+    constexpr int farthest = 4;
+    std::vector<std::uint64_t> ring = {entity};
+    for (int distance = 0; distance <= farthest && !ring.empty(); ++distance) {
+        std::vector<std::uint64_t> next;
+        for (const std::uint64_t id : ring) {
+            if (const auto product = find(id)) return product;
+            const Instance* const instance = file_.find(id);
+            if (instance == nullptr) continue;
+            for (const Record& record : file_.read(*instance)) {
+                for (const Value& value : record.values) collectReferences(value, next);
+            }
+        }
+        ring = std::move(next);
+    }
+    return std::nullopt;
 }
 
 Products readProducts(const Part21& file) {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "backends/occt/step/part21.h"
@@ -26,7 +28,10 @@ struct Product {
     std::string id;
     std::string description;
     double unitMm = 1.0;
+    std::string version;
     std::vector<std::uint64_t> representations;
+    /// Representations that the file declares to be others of the same shape.
+    std::vector<std::uint64_t> relatedRepresentations;
     std::vector<ProductUsage> usages;
     bool isUsed = false;
     /// Name of another file that holds the product, as written; empty when there is none.
@@ -50,6 +55,23 @@ struct Products {
     /// Occurrences that the structure unfolds into, the roots included. Stops counting at
     /// 2^62. Only for a structure without a cycle.
     std::uint64_t occurrenceCount() const;
+};
+
+/// Finds the product that an entity belongs to through its shape.
+class ProductFinder {
+public:
+    ProductFinder(const Part21& file, const Products& products);
+
+    /// Product that the entity with that number refers to, directly or through a few entities
+    /// in between (a shape aspect, a shape); nothing when there is none.
+    std::optional<std::size_t> productOf(std::uint64_t entity) const;
+
+    /// Product by the number of its definition or of the definition's shape.
+    std::optional<std::size_t> find(std::uint64_t definition) const;
+
+private:
+    const Part21& file_;
+    std::unordered_map<std::uint64_t, std::size_t> products_;
 };
 
 /// Reads the product structure. Usages below one product stand in an order that depends on

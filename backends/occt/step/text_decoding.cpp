@@ -57,6 +57,22 @@ bool isUtf8(std::string_view text) {
     return true;
 }
 
+/// Whether bytes that are no UTF-8 look like Windows-1251: Cyrillic words are runs of high bytes,
+/// while letters of ISO 8859-1 above ASCII stand alone or in pairs.
+bool isCyrillic(std::string_view text) {
+    std::size_t run = 0;
+    for (const char c : text) {
+        run = static_cast<unsigned char>(c) >= 0xC0 ? run + 1 : 0;
+        if (run == 3) return true;
+    }
+    return false;
+}
+
+std::uint32_t fromCyrillic(unsigned char byte) {
+    if (byte >= 0xC0) return 0x410U + (byte - 0xC0U);
+    return byte == 0xA8 ? 0x401U : byte == 0xB8 ? 0x451U : byte;
+}
+
 /// Code units of `width` hexadecimal digits up to \X0\. Moves `at` behind it.
 void decodeWide(std::string_view raw, std::size_t& at, std::size_t width, std::string& out) {
     std::uint32_t high = 0;
@@ -104,6 +120,7 @@ bool decodeDirective(std::string_view raw, std::size_t& at, std::string& out) {
 
 std::string decodeText(std::string_view raw) {
     const bool utf8 = isUtf8(raw);
+    const bool cyrillic = !utf8 && isCyrillic(raw);
     std::string out;
     out.reserve(raw.size());
     for (std::size_t at = 0; at < raw.size();) {
@@ -114,7 +131,8 @@ std::string decodeText(std::string_view raw) {
         } else if (c == '\\' && decodeDirective(raw, at, out)) {
             continue;
         } else if (static_cast<unsigned char>(c) >= 0x80 && !utf8) {
-            appendCodePoint(out, static_cast<unsigned char>(c));
+            const auto byte = static_cast<unsigned char>(c);
+            appendCodePoint(out, cyrillic ? fromCyrillic(byte) : byte);
             ++at;
         } else if (c == '\n' || c == '\r') {
             ++at;  // a line break inside a text is the writer's layout

@@ -61,7 +61,8 @@ std::string_view readKeyword(std::string_view text, std::size_t& offset);
 void collectReferences(const Value& value, std::vector<std::uint64_t>& out);
 
 /// Text between quotes as UTF-8: doubled quotes and backslashes, \S\, \X\, \X2\, \X4\ and
-/// \P.\ are resolved; bytes that are no UTF-8 count as ISO 8859-1. Control characters stay.
+/// \P.\ are resolved; bytes that are no UTF-8 count as ISO 8859-1, or as Windows-1251 where
+/// they come in runs. Control characters stay.
 std::string decodeText(std::string_view raw);
 
 }  // namespace occt::step
