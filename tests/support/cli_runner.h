@@ -36,7 +36,7 @@ struct CliRequest {
     std::string workingFolder = {};       ///< empty: the caller's own
     std::string temporaryFolder = {};     ///< empty: a new one for this run
     std::string standardOutputFile = {};  ///< instead of CliResult::standardOutput
-    std::uint32_t timeoutMs = 120000;     ///< the run is killed after that
+    std::uint32_t timeoutMs = 200000;     ///< the run is killed after that
     std::uint64_t largestFileBytes = 0;   ///< a write beyond it fails as on a full disk; 0: none
     std::uint32_t userId = 0;             ///< run as this user when the tests run as root
     /// Called every few milliseconds while the program runs.

@@ -101,7 +101,7 @@ int StepBuilder::addBoxFace(const std::array<int, 12>& edges, int face) {
     std::string items;
     for (std::size_t i = 0; i < loop.size(); ++i) {
         const int edge = edgeBetween(loop[i], loop[(i + 1) % loop.size()]);
-        const int curve = edges[static_cast<std::size_t>(std::abs(edge)) - 1];
+        const int curve = edges.at(static_cast<std::size_t>(std::abs(edge)) - 1);
         const int oriented =
             add("ORIENTED_EDGE('',*,*," + at(curve) + (edge > 0 ? ",.T.)" : ",.F.)"));
         items += (items.empty() ? "" : ",") + at(oriented);

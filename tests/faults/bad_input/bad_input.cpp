@@ -52,7 +52,7 @@ std::string wall(int bricks) {
 }
 
 std::string slowAssembly() {
-    return wall(1500);
+    return wall(400);
 }
 
 support::CliResult compare(const std::string& reference, const std::string& compare,

@@ -14,9 +14,9 @@ namespace bad_input {
 enum class Side { Reference, Compare };
 
 /// Limits that the runs are given; the tests check that they hold.
-constexpr const char* kTimeLimit = "20s";
+constexpr const char* kTimeLimit = "60s";
 constexpr const char* kMemoryLimit = "1G";
-constexpr double kTimeLimitSeconds = 20;
+constexpr double kTimeLimitSeconds = 60;
 
 /// A small assembly of two boxes that every comparison accepts.
 std::string goodAssembly();
