@@ -50,12 +50,6 @@ std::optional<bxtimp::IDocComparer::Status> parseStatus(const std::string& text)
     return known ? std::optional(status) : std::nullopt;
 }
 
-/// Both files by their names, for sentences about their comparison.
-std::string bothNames(const std::string& referencePath, const std::string& comparePath) {
-    return std::filesystem::path(referencePath).filename().string() + " and " +
-           std::filesystem::path(comparePath).filename().string();
-}
-
 }  // namespace
 
 void DocComparer::log(const std::string& text) const {
@@ -87,7 +81,7 @@ DocComparer::Answer DocComparer::compareFiles(const std::string& referencePath,
         log("There is no folder for the result of the comparison.");
         return answer;
     }
-    const std::string names = bothNames(referencePath, comparePath);
+    const std::string names = referencePath + " and " + comparePath;
     const HelperOutcome outcome =
         runHelper({"compare", "--reference", reference, "--compare", compare, "--out", out,
                    "--length-tolerance", numberText(options_.lengthToleranceMm),

@@ -17,8 +17,11 @@ namespace type = HPS::ComponentType;
 using HPS::ComponentId;
 
 bool isBody(std::uint32_t code) {
-    return code == type::BrepModel || code == type::PolyBrepModel || code == type::Curve ||
-           code == type::PointSet;
+    return code == type::BrepModel || code == type::PolyBrepModel;
+}
+
+bool isWireframe(std::uint32_t code) {
+    return code == type::Curve || code == type::PointSet;
 }
 
 void measureExtent(Body& body) {
@@ -78,10 +81,16 @@ private:
         return false;
     }
 
+    /// Bodies, and the curves and points that have a shape: construction geometry has none.
+    bool takesPart(ComponentId item) const {
+        const std::uint32_t code = model_.type(item);
+        return isBody(code) || (isWireframe(code) && !model_.shape(item).IsNull());
+    }
+
     std::size_t bodyCount(ComponentId id) const {
         std::size_t count = 0;
         for (std::size_t i = 0; i < model_.childCount(id); ++i) {
-            if (isBody(model_.type(model_.child(id, i)))) ++count;
+            if (takesPart(model_.child(id, i))) ++count;
         }
         return count;
     }
@@ -92,7 +101,7 @@ private:
         std::uint32_t ordinal = 0;
         for (std::size_t i = 0; i < children; ++i) {
             const ComponentId child = model_.child(place.component, i);
-            if (isBody(model_.type(child))) addInstance(place, child, ordinal++, several);
+            if (takesPart(child)) addInstance(place, child, ordinal++, several);
         }
         // The stack gives back the last first.
         for (std::size_t i = children; i-- > 0;) {

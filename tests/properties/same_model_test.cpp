@@ -49,6 +49,7 @@ TEST_P(SameModel, KeepsEveryInstanceWhenRewrittenByAnotherSystem) {
     request.arguments = {file_, rewritten};
     request.timeoutMs = 300000;
     const auto wrote = support::runProgram(STEP_REWRITE_FILE, request);
+    if (wrote.exitCode == 5) GTEST_SKIP() << "only triangles, which the rewriting system drops";
     ASSERT_EQ(wrote.exitCode, 0) << wrote.description();
     properties::compareFiles(file_, rewritten, compared_);
     if (HasFatalFailure()) return;

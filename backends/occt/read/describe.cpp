@@ -217,10 +217,7 @@ private:
     void link() {
         for (DescribedDefinition& definition : definitions()) makeUnique(definition.items);
         for (const auto& [place, shape] : shapes_) {
-            DescribedItem& item = definitions()[place.first].items[place.second];
-            const bool body = item.type == HPS::ComponentType::BrepModel ||
-                              item.type == HPS::ComponentType::PolyBrepModel;
-            if (body) out_.measurements.push_back({shape, &item});
+            out_.measurements.push_back({shape, &definitions()[place.first].items[place.second]});
         }
     }
 

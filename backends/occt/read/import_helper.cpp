@@ -73,18 +73,15 @@ std::string writeFile(const std::string& path, const std::string& bytes) {
 class ImportRun {
 public:
     ImportRun(Job job, os::ParentChannel& channel)
-        : job_(std::move(job)),
-          channel_(channel),
-          progress_(channel),
-          name_(displayName(job_.path)) {}
+        : job_(std::move(job)), channel_(channel), progress_(channel) {}
 
     MaybeCause run() {
         progress_.beginPhase("reading", 0.03);
         if (auto cause = readInput(job_.path, bytes_)) return cause;
         const step::Part21 file(bytes_);
-        if (auto cause = step::refuseText(file, name_)) return cause;
+        if (auto cause = step::refuseText(file, job_.path)) return cause;
         const step::Products products = step::readProducts(file);
-        if (auto cause = step::refuseStructure(products, name_)) return cause;
+        if (auto cause = step::refuseStructure(products, job_.path)) return cause;
         progress_.beginPhase("reading", 0.45);
         if (!translation_.read(bytes_, progress_)) return damaged(file);
         progress_.beginPhase("translating", 0.85);
@@ -102,14 +99,14 @@ public:
         }
         for (const std::string& gap : description.gaps) {
             channel_.send(os::formatHelperMessage(
-                {os::HelperMessage::Kind::Partial, 0.0, {}, name_ + ": " + gap}));
+                {os::HelperMessage::Kind::Partial, 0.0, {}, job_.path + ": " + gap}));
         }
         return write(description);
     }
 
 private:
     ImportCause damaged(const step::Part21& file) const {
-        std::string text = name_ + " is damaged: ";
+        std::string text = job_.path + " is damaged: ";
         if (file.firstBroken()) {
             text += "line " + std::to_string(file.line(file.firstBroken()->offset)) +
                     " cannot be read.";
@@ -126,10 +123,10 @@ private:
         progress_.beginPhase("writing", 1.0);
         std::string error;
         if (!document_.save(job_.folder + "/" + kDocumentFile, error)) {
-            return cannotWrite(name_, job_.folder, error);
+            return cannotWrite(job_.path, job_.folder, error);
         }
         error = writeFile(job_.folder + "/" + kDescriptionFile, packDescription(description));
-        if (!error.empty()) return cannotWrite(name_, job_.folder, error);
+        if (!error.empty()) return cannotWrite(job_.path, job_.folder, error);
         progress_.report(1.0);
         return std::nullopt;
     }
@@ -137,14 +134,13 @@ private:
     Job job_;
     os::ParentChannel& channel_;
     ProgressReporter progress_;
-    std::string name_;
     std::string bytes_;
     StepTranslation translation_;
     BinaryDocument document_;
 };
 
 MaybeCause runGuarded(const Job& job, os::ParentChannel& channel) {
-    const std::string name = displayName(job.path);
+    const std::string& name = job.path;
     try {
         return ImportRun(job, channel).run();
     } catch (const Standard_OutOfMemory&) {

@@ -16,39 +16,33 @@ HPS::Exchange::ImportCause cause(const char* code, const std::string& text) {
 
 }  // namespace
 
-std::string displayName(const std::string& path) {
-    const std::string name = std::filesystem::path(path).filename().string();
-    return name.empty() ? path : name;
-}
-
 std::optional<HPS::Exchange::ImportCause> readInput(const std::string& path, std::string& bytes) {
-    const std::string name = displayName(path);
     std::error_code error;
     const auto status = std::filesystem::status(path, error);
     if (status.type() == std::filesystem::file_type::not_found) {
-        return cause("missing", name + " does not exist.");
+        return cause("missing", path + " does not exist.");
     }
     if (std::filesystem::is_directory(status)) {
-        return cause("unreadable", name + " is a folder, not a file.");
+        return cause("unreadable", path + " is a folder, not a file.");
     }
-    if (error) return cause("unreadable", name + " cannot be read: " + error.message() + ".");
+    if (error) return cause("unreadable", path + " cannot be read: " + error.message() + ".");
     if (!std::filesystem::is_regular_file(status)) {
-        return cause("unreadable", name + " is not a regular file.");
+        return cause("unreadable", path + " is not a regular file.");
     }
     const std::uintmax_t size = std::filesystem::file_size(path, error);
-    if (!error && size == 0) return cause("unreadable", name + " is empty.");
+    if (!error && size == 0) return cause("unreadable", path + " is empty.");
     if (!error && size > kLargestFile) {
-        return cause("too-large", name + " is too large: it has " + std::to_string(size) +
+        return cause("too-large", path + " is too large: it has " + std::to_string(size) +
                                       " bytes; the limit is " + std::to_string(kLargestFile) + ".");
     }
     std::ifstream file(path, std::ios::binary);
     if (error || !file) {
-        return cause("unreadable", name + " cannot be read; check its permissions.");
+        return cause("unreadable", path + " cannot be read; check its permissions.");
     }
     bytes.resize(static_cast<std::size_t>(size));
     file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     bytes.resize(static_cast<std::size_t>(file.gcount()));
-    if (file.bad() || bytes.empty()) return cause("unreadable", name + " cannot be read.");
+    if (file.bad() || bytes.empty()) return cause("unreadable", path + " cannot be read.");
     return std::nullopt;
 }
 

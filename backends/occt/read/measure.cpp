@@ -8,12 +8,15 @@
 
 #include "backends/occt/body_identity.h"
 #include "backends/occt/content_digest.h"
+#include "platform/hps/component_type.h"
 
 namespace occt {
 namespace {
 
 void measure(const Measurement& body) {
-    body.item->identity = bodyIdentity(body.shape);
+    const bool isBody = body.item->type == HPS::ComponentType::BrepModel ||
+                        body.item->type == HPS::ComponentType::PolyBrepModel;
+    if (isBody) body.item->identity = bodyIdentity(body.shape);
     body.item->closed = body.item->identity && isClosedBody(body.shape);
     body.item->digest = contentDigest(body.shape);
 }

@@ -15,8 +15,9 @@ struct Measurement {
     DescribedItem* item = nullptr;
 };
 
-/// Fills identity, closedness and digest of every item, several bodies at a time. `progress`
-/// gets the share that is done, on the calling thread. A body that can't be measured keeps none.
+/// Fills the digest of every item, and identity and closedness of every body among them, several
+/// at a time. `progress` gets the share that is done, on the calling thread. What can't be
+/// measured keeps none.
 void measureBodies(const std::vector<Measurement>& bodies,
                    const std::function<void(double)>& progress);
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "backends/occt/read/input_file.h"
 #include "platform/os/helper_messages.h"
 #include "platform/os/services.h"
 #include "platform/os/utf8.h"
@@ -10,7 +9,7 @@
 namespace occt {
 
 ImportJob::ImportJob(std::string path, const std::string& options, ImportObserver observer)
-    : path_(std::move(path)), name_(displayName(path_)), observer_(std::move(observer)) {
+    : path_(std::move(path)), observer_(std::move(observer)) {
     start(options);
 }
 
@@ -18,7 +17,7 @@ void ImportJob::start(const std::string& options) {
     const os::Services& services = os::services();
     if (services.files) folder_ = os::toUtf8(services.files->makePrivateFolder(L"import"));
     if (folder_.empty()) {
-        fail("no-space", name_ + " cannot be imported: no temporary folder can be made.");
+        fail("no-space", path_ + " cannot be imported: no temporary folder can be made.");
         return;
     }
     process_ = services.processes->startHelper(
@@ -54,7 +53,7 @@ std::shared_ptr<const Model> ImportJob::model() {
     if (state_ != State::Done || model_) return model_;
     std::string error;
     model_ = Model::load(folder_, error);
-    if (!model_) fail("damaged", name_ + " was read, but " + error + ".");
+    if (!model_) fail("damaged", path_ + " was read, but " + error + ".");
     return model_;
 }
 
@@ -82,7 +81,7 @@ void ImportJob::take(const std::string& line) {
 }
 
 void ImportJob::conclude(os::ProcessEnd end) {
-    const std::string what = "The import of " + name_;
+    const std::string what = "The import of " + path_;
     const std::string where = " while " + phase_;
     switch (end) {
         case os::ProcessEnd::Exited:

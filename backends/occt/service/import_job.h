@@ -46,7 +46,6 @@ private:
     void fail(const std::string& code, const std::string& text);
 
     std::string path_;
-    std::string name_;
     ImportObserver observer_;
     mutable std::mutex mutex_;
     std::shared_ptr<os::ChildProcess> process_;
