@@ -9,7 +9,7 @@
 namespace occt {
 
 /// What an import reports while it runs, to the host's log and progress display. Called on the
-/// thread that asks for the state.
+/// thread that asks for the state; must not call the service.
 struct ImportObserver {
     /// `fraction` in [0, 1]; `phase` in plain words, "reading", "translating", ...
     std::function<void(const std::string& path, double fraction, const std::string& phase)>

@@ -9,6 +9,7 @@
 #include <TDF_LabelSequence.hxx>
 #include <TDF_Tool.hxx>
 #include <TDataStd_Name.hxx>
+#include <TopExp_Explorer.hxx>
 #include <TopoDS_TShape.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
@@ -53,8 +54,10 @@ public:
         for (const step::Product& product : products_.products) addProduct(product);
         annotate(out_.description, file_, products_, options_);
         for (std::size_t i = 0; i < products_.products.size(); ++i) {
-            addContent(i);
-            addMeshes(i);
+            const std::size_t holder = addHolder(i);
+            addContent(i, holder);
+            addMeshes(i, holder);
+            closeHolder(i, holder);
         }
         std::vector<std::uint32_t> roots;
         for (const std::size_t root : products_.roots) {
@@ -88,22 +91,26 @@ private:
         definition.unitName = unit.name;
     }
 
-    void addContent(std::size_t number) {
+    void addContent(std::size_t number, std::size_t holder) {
         const TopoDS_Shape shape = translation_.shape(products_.products[number].instance);
         if (shape.IsNull()) return;
         const TDF_Label label = labelOf(shape, definitions()[number].name);
         claimed_.insert(entryOf(label));
-        std::size_t holder = number;
-        if (definitions()[number].isAssembly) {
-            // Bodies of an assembly's own stand below one more leaf, named like it.
-            DescribedDefinition leaf;
-            leaf.name = definitions()[number].name;
-            leaf.unitMm = definitions()[number].unitMm;
-            leaf.unitName = definitions()[number].unitName;
-            holder = definitions().size();
-            definitions().push_back(std::move(leaf));
-        }
         addItems(holder, label);
+    }
+
+    /// Bodies of an assembly's own stand below one more leaf, named like it.
+    std::size_t addHolder(std::size_t number) {
+        if (!definitions()[number].isAssembly) return number;
+        DescribedDefinition leaf;
+        leaf.name = definitions()[number].name;
+        leaf.unitMm = definitions()[number].unitMm;
+        leaf.unitName = definitions()[number].unitName;
+        definitions().push_back(std::move(leaf));
+        return definitions().size() - 1;
+    }
+
+    void closeHolder(std::size_t number, std::size_t holder) {
         if (holder == number) return;
         if (definitions()[holder].items.empty()) {
             definitions().pop_back();
@@ -151,17 +158,14 @@ private:
     }
 
     /// Bodies that the file gives as triangles, for a part that has no exact ones.
-    void addMeshes(std::size_t number) {
-        const bool hasBody =
-            std::any_of(definitions()[number].items.begin(), definitions()[number].items.end(),
-                        [](const DescribedItem& item) {
-                            return item.type == HPS::ComponentType::BrepModel ||
-                                   item.type == HPS::ComponentType::PolyBrepModel;
-                        });
-        if (hasBody || definitions()[number].isAssembly || !options_.solids) return;
+    void addMeshes(std::size_t number, std::size_t holder) {
+        const step::Product& product = products_.products[number];
+        // What the options leave out of the exact bodies does not come back as triangles.
+        const TopoDS_Shape exact = translation_.shape(product.instance);
+        if (!exact.IsNull() && TopExp_Explorer(exact, TopAbs_FACE).More()) return;
         std::size_t damaged = 0;
-        for (const step::MeshBody& mesh :
-             step::readMeshBodies(file_, products_.products[number], damaged)) {
+        for (const step::MeshBody& mesh : step::readMeshBodies(file_, product, damaged)) {
+            if (!(mesh.isSolid ? options_.solids : options_.surfaces)) continue;
             const TopoDS_Shape shape = shapeOf(mesh);
             const TDF_Label label = tool_->AddShape(shape, Standard_False, Standard_False);
             claimed_.insert(entryOf(label));
@@ -169,8 +173,8 @@ private:
             item.type = HPS::ComponentType::PolyBrepModel;
             item.name = mesh.name;
             item.label = entryOf(label);
-            definitions()[number].items.push_back(std::move(item));
-            shapes_[{number, definitions()[number].items.size() - 1}] = shape;
+            definitions()[holder].items.push_back(std::move(item));
+            shapes_[{holder, definitions()[holder].items.size() - 1}] = shape;
         }
         if (damaged > 0) {
             out_.description.gaps.push_back(std::to_string(damaged) + " faces of meshes in \"" +

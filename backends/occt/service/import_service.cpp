@@ -1,10 +1,7 @@
 #include "backends/occt/import_service.h"
 
 #include <atomic>
-#include <filesystem>
-#include <system_error>
 
-#include "backends/occt/read/input_file.h"
 #include "backends/occt/service/import_cache.h"
 #include "platform/os/services.h"
 
@@ -17,11 +14,15 @@ using HPS::Exchange::ImportCause;
 // A waiting worker looks this often whether it was killed.
 constexpr std::uint32_t kWaitMs = 20;
 
+ImportCause cancelled(const std::string& path) {
+    return {"cancelled", "The import of " + path + " was cancelled."};
+}
+
 /// One notifier's view of a shared import.
 class ImportTask : public HPS::Exchange::ImportTask {
 public:
-    ImportTask(std::shared_ptr<ImportCache> cache, std::shared_ptr<ImportJob> job)
-        : cache_(std::move(cache)), job_(std::move(job)) {}
+    ImportTask(std::string path, std::shared_ptr<ImportCache> cache, std::shared_ptr<ImportJob> job)
+        : path_(std::move(path)), cache_(std::move(cache)), job_(std::move(job)) {}
 
     IOResult status(float& fraction) override {
         if (result_ == IOResult::InProgress) look();
@@ -35,14 +36,12 @@ public:
         return status(fraction) == IOResult::Success ? model_ : nullptr;
     }
 
-    ImportCause cause() const override {
-        if (result_ == IOResult::Canceled) return {"cancelled", "The import was cancelled."};
-        return result_ == IOResult::Success ? ImportCause() : job_->cause();
-    }
+    ImportCause cause() const override { return cause_; }
 
     void cancel() override {
         if (result_ != IOResult::InProgress) return;
         result_ = IOResult::Canceled;
+        cause_ = cancelled(path_);
         // Whoever else waits for the same file goes on; the last one to leave ends the helper.
         job_.reset();
     }
@@ -51,13 +50,14 @@ private:
     void look() {
         switch (job_->poll()) {
             case ImportJob::State::Running: return;
-            case ImportJob::State::Canceled: result_ = IOResult::Canceled; return;
-            case ImportJob::State::Failed: result_ = failure(); return;
-            case ImportJob::State::Done: break;
+            case ImportJob::State::Canceled: result_ = IOResult::Canceled; break;
+            case ImportJob::State::Failed: result_ = failure(); break;
+            case ImportJob::State::Done:
+                model_ = job_->model();
+                result_ = model_ ? IOResult::Success : IOResult::Failure;
+                if (model_) cache_->keep(job_);
         }
-        model_ = job_->model();
-        result_ = model_ ? IOResult::Success : IOResult::Failure;
-        if (model_) cache_->keep(job_);
+        cause_ = job_->cause();
     }
 
     IOResult failure() const {
@@ -66,8 +66,10 @@ private:
         return code == "time-limit" ? IOResult::TimedOut : IOResult::Failure;
     }
 
+    std::string path_;
     std::shared_ptr<ImportCache> cache_;
     std::shared_ptr<ImportJob> job_;
+    ImportCause cause_;
     IOResult result_ = IOResult::InProgress;
     float fraction_ = 0.0F;
     std::shared_ptr<const Model> model_;
@@ -80,7 +82,7 @@ public:
 
     std::shared_ptr<HPS::Exchange::ImportTask> start(
         const std::string& path, const HPS::Exchange::ImportOptions& options) override {
-        return std::make_shared<ImportTask>(cache_, cache_->get(path, options));
+        return std::make_shared<ImportTask>(path, cache_, cache_->get(path, options));
     }
 
     std::string documentFolder(const std::string& path, ImportCause& cause) override {
@@ -101,7 +103,7 @@ public:
                 return {};
             }
             if (*killed) {
-                cause = {"cancelled", "The import was cancelled."};
+                cause = cancelled(path);
                 return {};
             }
             job->wait(kWaitMs);

@@ -47,6 +47,7 @@ void sortValues(MetadataValues& values) {
         if (const auto* number = std::get_if<std::int32_t>(&a.value)) {
             return *number < std::get<std::int32_t>(b.value);
         }
+        if (const auto* is = std::get_if<bool>(&a.value)) return !*is && std::get<bool>(b.value);
         return false;
     };
     std::stable_sort(values.begin(), values.end(), less);

@@ -80,6 +80,12 @@ std::vector<std::string> textGaps(const Part21& file, const Products& products) 
                        atLine(file, *file.firstDangling()) + " to " + file.firstDangling()->text +
                        ".");
     }
+    if (file.repeatedNumbers() > 0) {
+        gaps.push_back(plural(file.repeatedNumbers(), "entity has", "entities have") +
+                       " the number of another one, the first in " +
+                       atLine(file, *file.firstRepeated()) + ": " + file.firstRepeated()->text +
+                       ".");
+    }
     if (products.brokenUsages > 0) {
         gaps.push_back(std::to_string(products.usageCount - products.brokenUsages) + " of " +
                        std::to_string(products.usageCount) +

@@ -28,6 +28,7 @@ struct MeshBody {
     };
     std::string name;
     std::vector<Face> faces;
+    bool isSolid = false;  ///< declared to enclose a volume
 };
 
 /// Tessellated solids and shells of a product. Faces that are damaged are left out and counted.

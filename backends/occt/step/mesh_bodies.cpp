@@ -135,7 +135,7 @@ void addBodies(const Part21& file, std::uint64_t representation, double unitMm, 
         for (const char* type : {"TESSELLATED_SOLID", "TESSELLATED_SHELL"}) {
             const auto record = file.read(item.reference, type);
             if (!record) continue;
-            MeshBody body{record->text(0), {}};
+            MeshBody body{record->text(0), {}, std::string_view(type) == "TESSELLATED_SOLID"};
             for (const Value& face : record->at(1).items) {
                 auto read = faceOf(file, face.reference, unitMm, lists);
                 if (read)

@@ -27,6 +27,11 @@ std::string capitals(std::string_view word) {
     return out;
 }
 
+bool hasNegativeExponent(std::string_view number) {
+    const std::size_t mark = number.find_first_of("eE");
+    return mark != std::string_view::npos && number.substr(mark + 1).starts_with('-');
+}
+
 struct Reference {
     std::uint64_t id;
     std::size_t offset;
@@ -180,7 +185,7 @@ private:
             return;
         }
         const std::size_t begin = at_;
-        at_ = std::min(text_.find_first_of(",) \r\n\t;", at_), text_.size());
+        at_ = std::min(text_.find_first_of(",) \r\n\t;/", at_), text_.size());
         if (file_.absurdNumber_) return;
         const std::string_view token = text_.substr(begin, at_ - begin);
         const char* first = token.data() + (token[0] == '+' ? 1 : 0);
@@ -190,18 +195,12 @@ private:
         // An exponent without digits and the like is damage, not an absurd number.
         const bool written =
             isDigit(token[0]) || token[0] == '-' || token[0] == '+' || token[0] == '.';
-        const bool tooLarge = whole ? !(std::abs(number) <= kLargestCoordinate)
-                                    : result.ec == std::errc::result_out_of_range &&
-                                          std::abs(exponent(token)) > 0 && exponent(token) > 0;
-        if (tooLarge || (!whole && !written && c != '/' && c != '$')) {
+        const bool tooLarge =
+            whole ? !(std::abs(number) <= kLargestCoordinate)
+                  : result.ec == std::errc::result_out_of_range && !hasNegativeExponent(token);
+        if (tooLarge || (!whole && !written && c != '$')) {
             file_.absurdNumber_ = Defect{begin, std::string(token.substr(0, 40))};
         }
-    }
-
-    static int exponent(std::string_view token) {
-        const std::size_t mark = token.find_first_of("eE");
-        if (mark == std::string_view::npos) return 1;  // too many digits
-        return mark + 1 < token.size() && token[mark + 1] == '-' ? -1 : 1;
     }
 
     void reference() {
@@ -220,10 +219,13 @@ private:
 
     void skipStatement() {
         while (at_ < text_.size() && text_[at_] != ';') {
-            if (text_[at_] == '\'')
+            if (text_[at_] == '\'') {
                 skipQuoted('\'');
-            else
+            } else if (text_.substr(at_, 2) == "/*") {
+                skipBlanks(text_, at_);
+            } else {
                 ++at_;
+            }
         }
         if (at_ < text_.size()) ++at_;
     }
@@ -252,6 +254,12 @@ private:
             byId.emplace_back(file_.instances_[i].id, i);
         }
         if (!std::is_sorted(byId.begin(), byId.end())) std::sort(byId.begin(), byId.end());
+        for (std::size_t i = 1; i < byId.size(); ++i) {
+            if (byId[i].first != byId[i - 1].first) continue;
+            const std::size_t offset = file_.instances_[byId[i].second].body;
+            if (file_.repeatedNumbers_++ > 0 && file_.firstRepeated_->offset < offset) continue;
+            file_.firstRepeated_ = Defect{offset, "#" + std::to_string(byId[i].first)};
+        }
         const std::uint64_t largest = byId.empty() ? 0 : byId.back().first;
         // A bit per number where numbers are dense, which they are in practice.
         std::vector<bool> defined;

@@ -79,6 +79,11 @@ public:
     std::size_t danglingReferences() const { return danglingReferences_; }
     const std::optional<Defect>& firstDangling() const { return firstDangling_; }
 
+    /// Instances whose number another one before them has, and the first of them in the text.
+    /// find() gives the one that stands first.
+    std::size_t repeatedNumbers() const { return repeatedNumbers_; }
+    const std::optional<Defect>& firstRepeated() const { return firstRepeated_; }
+
     /// Line of an offset, from 1.
     std::size_t line(std::size_t offset) const;
 
@@ -100,6 +105,8 @@ private:
     std::optional<Defect> firstBroken_;
     std::size_t danglingReferences_ = 0;
     std::optional<Defect> firstDangling_;
+    std::size_t repeatedNumbers_ = 0;
+    std::optional<Defect> firstRepeated_;
 };
 
 }  // namespace occt::step

@@ -7,6 +7,9 @@ namespace {
 
 using Vector = std::array<double, 3>;
 
+// Beyond this a scale is damage.
+constexpr double kSmallestScale = 1e-6;
+
 double dot(const Vector& a, const Vector& b) {
     return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
 }
@@ -123,8 +126,12 @@ std::optional<Matrix> transformationOperator(const Part21& file, std::uint64_t i
     if (!x) x = anyPerpendicular(z);
     const Value& factor = record->at(first + 3);
     const double scale = factor.kind == Value::Kind::Number ? factor.number : 1.0;
-    if (!(scale > 0.0) || !std::isfinite(scale)) return std::nullopt;
-    return fromAxes(*x, cross(z, *x), z, *location, scale);
+    if (!(scale > kSmallestScale) || scale > 1.0 / kSmallestScale) return std::nullopt;
+    Vector y = cross(z, *x);
+    const auto second = direction(file, *record, first + 1);
+    // A second axis on the other side makes the placement a mirror.
+    if (second && dot(*second, y) < 0.0) y = {-y[0], -y[1], -y[2]};
+    return fromAxes(*x, y, z, *location, scale);
 }
 
 }  // namespace occt::step

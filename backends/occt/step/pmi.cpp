@@ -67,7 +67,7 @@ public:
 private:
     static bool isTolerance(std::string_view keyword) {
         return keyword.ends_with("_TOLERANCE") && keyword != "PLUS_MINUS_TOLERANCE" &&
-               keyword != "GEOMETRIC_TOLERANCE" && keyword.find("UNEQUALLY") != 0;
+               !keyword.ends_with("GEOMETRIC_TOLERANCE");
     }
 
     void linkDimensions() {

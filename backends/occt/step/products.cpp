@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <tuple>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "backends/occt/step/units.h"
@@ -19,9 +20,10 @@ bool isDigit(char c) {
 /// Usages below a product in the order in which their numbers are final.
 bool usageLess(const Products& all, const ProductUsage& a, const ProductUsage& b) {
     if (a.id != b.id) return naturalLess(a.id, b.id);
-    const std::string& nameA = all.products[a.product].name;
-    const std::string& nameB = all.products[b.product].name;
-    return std::tie(nameA, a.name, a.placement) < std::tie(nameB, b.name, b.placement);
+    const Product& productA = all.products[a.product];
+    const Product& productB = all.products[b.product];
+    return std::tie(productA.name, a.name, a.placement, productA.id, productA.description) <
+           std::tie(productB.name, b.name, b.placement, productB.id, productB.description);
 }
 
 /// Reads the file's structure into a Products.
@@ -189,15 +191,19 @@ private:
     }
 
     bool holds(std::uint64_t representation, std::uint64_t item) {
-        const Record record = any(representation);
-        const auto& items = record.at(1).items;
-        return std::any_of(items.begin(), items.end(),
-                           [item](const Value& held) { return held.reference == item; });
+        const auto [held, isNew] = items_.try_emplace(representation);
+        if (isNew) {
+            const Record record = any(representation);
+            for (const Value& value : record.at(1).items) held->second.insert(value.reference);
+        }
+        return held->second.count(item) != 0;
     }
 
     bool ownedBy(std::uint64_t representation, std::size_t product) const {
         const auto& all = out_.products[product].representations;
-        return std::find(all.begin(), all.end(), representation) != all.end();
+        if (std::find(all.begin(), all.end(), representation) != all.end()) return true;
+        const auto owner = owners_.find(representation);
+        return owner != owners_.end() && owner->second == product;
     }
 
     /// `related` are the two representations as the relation lists them. By the rule the used
@@ -216,7 +222,8 @@ private:
         std::uint64_t source = record->reference(2);
         std::uint64_t target = record->reference(3);
         const bool straight = holds(from, source) || holds(to, target);
-        if (turned && !straight) std::swap(source, target);
+        const bool crossed = holds(from, target) && holds(to, source);
+        if (!straight && (turned || crossed)) std::swap(source, target);
         const auto origin = axisPlacement(file_, source, unitOr(from));
         const auto place = axisPlacement(file_, target, unitOr(to));
         const auto back = origin ? inverse(*origin) : std::nullopt;
@@ -229,77 +236,83 @@ private:
         if (file_.ofType("MAPPED_ITEM").empty() || out_.usageCount == 0) return;
         for (Product& parent : out_.products) {
             if (parent.usages.empty()) continue;
+            // Last first, so that the next one stands at the end.
+            std::unordered_map<std::size_t, std::vector<std::size_t>> open;
+            for (std::size_t i = parent.usages.size(); i > 0; --i) {
+                open[parent.usages[i - 1].product].push_back(i - 1);
+            }
             for (const std::uint64_t representation : parent.representations) {
                 const Record record = any(representation);
                 for (const Value& item : record.at(1).items) {
-                    mappedItem(parent, item.reference, unitOr(representation));
+                    mappedItem(parent, open, item.reference, unitOr(representation));
                 }
             }
         }
     }
 
+    /// Follows relations from each product's own representations outwards.
     void relatedRepresentations() {
+        std::unordered_map<std::uint64_t, std::vector<std::uint64_t>> related;
         for (const std::uint32_t index : file_.ofType("SHAPE_REPRESENTATION_RELATIONSHIP")) {
-            const Instance& instance = at(index);
-            if (instance.type == Part21::kComplex) continue;
+            if (at(index).type == Part21::kComplex) continue;
             const Record record = first(index);
-            relate(record.reference(2), record.reference(3));
-            relate(record.reference(3), record.reference(2));
+            related[record.reference(2)].push_back(record.reference(3));
+            related[record.reference(3)].push_back(record.reference(2));
+        }
+        for (std::size_t number = 0; number < out_.products.size(); ++number) {
+            Product& product = out_.products[number];
+            std::vector<std::uint64_t> open = product.representations;
+            for (std::size_t next = 0; next < open.size(); ++next) {
+                for (const std::uint64_t other : related[open[next]]) {
+                    if (other == 0 || !owners_.emplace(other, number).second) continue;
+                    product.relatedRepresentations.push_back(other);
+                    open.push_back(other);
+                }
+            }
         }
     }
 
-    void relate(std::uint64_t known, std::uint64_t other) {
-        const auto owner = owners_.find(known);
-        if (owner == owners_.end() || !owners_.emplace(other, owner->second).second) return;
-        out_.products[owner->second].relatedRepresentations.push_back(other);
-    }
-
-    void mappedItem(Product& parent, std::uint64_t id, double unitMm) {
+    void mappedItem(Product& parent,
+                    std::unordered_map<std::size_t, std::vector<std::size_t>>& open,
+                    std::uint64_t id, double unitMm) {
         const auto item = file_.read(id, "MAPPED_ITEM");
         if (!item) return;
         const auto map = file_.read(item->reference(1), "REPRESENTATION_MAP");
         if (!map) return;
         const auto owner = owners_.find(map->reference(1));
         if (owner == owners_.end()) return;
-        for (ProductUsage& usage : parent.usages) {
-            if (usage.product != owner->second || usage.placed) continue;
-            const auto source = axisPlacement(file_, map->reference(0), unitOr(map->reference(1)));
-            const auto target = axisPlacement(file_, item->reference(2), unitMm);
-            const auto back = source ? inverse(*source) : std::nullopt;
-            if (!target || !back) return;
-            usage.placement = multiply(*target, *back);
-            usage.placed = true;
-            out_.usageItems.push_back(id);
-            return;
-        }
+        const auto usages = open.find(owner->second);
+        if (usages == open.end() || usages->second.empty()) return;
+        const auto source = axisPlacement(file_, map->reference(0), unitOr(map->reference(1)));
+        auto target = axisPlacement(file_, item->reference(2), unitMm);
+        if (!target) target = transformationOperator(file_, item->reference(2), unitMm);
+        const auto back = source ? inverse(*source) : std::nullopt;
+        if (!target || !back) return;
+        ProductUsage& usage = parent.usages[usages->second.back()];
+        usages->second.pop_back();
+        usage.placement = multiply(*target, *back);
+        usage.placed = true;
+        out_.usageItems.push_back(id);
     }
 
     /// Files that the text names as the place of a product's geometry.
     void documents() {
-        for (const char* keyword :
-             {"APPLIED_EXTERNAL_IDENTIFICATION_ASSIGNMENT", "APPLIED_DOCUMENT_REFERENCE"}) {
-            for (const std::uint32_t index : file_.ofType(keyword)) documentOf(first(index));
-        }
-    }
-
-    void documentOf(const Record& record) {
-        const bool external = record.keyword == "APPLIED_EXTERNAL_IDENTIFICATION_ASSIGNMENT";
-        if (!external) return;
-        const std::string& name = record.text(0);
-        std::vector<std::uint64_t> targets;
-        collectReferences(record.at(3), targets);
-        for (const std::uint64_t target : targets) referTo(target, name);
-    }
-
-    void referTo(std::uint64_t document, const std::string& name) {
-        if (name.empty()) return;
+        std::unordered_map<std::uint64_t, std::vector<std::uint64_t>> referring;
         for (const std::uint32_t index : file_.ofType("APPLIED_DOCUMENT_REFERENCE")) {
-            const Record reference = first(index);
-            std::vector<std::uint64_t> items;
-            if (reference.reference(0) == document) collectReferences(reference.at(2), items);
-            for (const std::uint64_t item : items) {
-                const auto product = known_.find(item);
-                if (product != known_.end()) out_.products[product->second].fileName = name;
+            const Record record = first(index);
+            collectReferences(record.at(2), referring[record.reference(0)]);
+        }
+        for (const std::uint32_t index :
+             file_.ofType("APPLIED_EXTERNAL_IDENTIFICATION_ASSIGNMENT")) {
+            const Record record = first(index);
+            std::vector<std::uint64_t> documents;
+            collectReferences(record.at(3), documents);
+            for (const std::uint64_t document : documents) {
+                for (const std::uint64_t item : referring[document]) {
+                    const auto product = known_.find(item);
+                    if (product == known_.end() || record.text(0).empty()) continue;
+                    out_.products[product->second].fileName = record.text(0);
+                }
             }
         }
     }
@@ -335,6 +348,7 @@ private:
     Index owners_;  // representation -> product
     std::unordered_map<std::uint64_t, std::uint64_t> shapeOwner_;
     std::unordered_map<std::uint64_t, double> units_;
+    std::unordered_map<std::uint64_t, std::unordered_set<std::uint64_t>> items_;
     std::unordered_map<std::uint64_t, std::pair<std::size_t, std::size_t>> usagePlace_;
 };
 

@@ -1,7 +1,6 @@
-#include <cstdint>
-#include <optional>
-
 #include "backends/occt/step/value.h"
+
+#include <algorithm>
 
 namespace occt::step {
 namespace {
@@ -45,7 +44,11 @@ std::size_t utf8Length(std::string_view text, std::size_t at) {
     for (std::size_t i = 1; i < length; ++i) {
         if ((static_cast<unsigned char>(text[at + i]) & 0xC0) != 0x80) return 0;
     }
-    return length;
+    // Longer forms than needed, halves of surrogate pairs, and what lies past the last character.
+    const auto next = length > 2 ? static_cast<unsigned char>(text[at + 1]) : 0U;
+    const bool none = (lead == 0xE0 && next < 0xA0) || (lead == 0xED && next >= 0xA0) ||
+                      (lead == 0xF0 && next < 0x90) || (lead == 0xF4 && next >= 0x90);
+    return none ? 0 : length;
 }
 
 bool isUtf8(std::string_view text) {
@@ -75,21 +78,24 @@ std::uint32_t fromCyrillic(unsigned char byte) {
 
 /// Code units of `width` hexadecimal digits up to \X0\. Moves `at` behind it.
 void decodeWide(std::string_view raw, std::size_t& at, std::size_t width, std::string& out) {
+    constexpr std::uint32_t unreadable = 0xFFFD;
+    const std::size_t end = std::min(raw.find('\\', at), raw.size());
     std::uint32_t high = 0;
-    while (at + width <= raw.size() && raw[at] != '\\') {
-        const auto unit = hexNumber(raw.substr(at, width));
-        at += width;
-        if (!unit) {
-            appendCodePoint(out, 0xFFFD);
-        } else if (*unit >= 0xD800 && *unit < 0xDC00) {
-            high = *unit;
-        } else if (*unit >= 0xDC00 && *unit < 0xE000 && high != 0) {
-            appendCodePoint(out, 0x10000 + ((high - 0xD800) << 10) + (*unit - 0xDC00));
-            high = 0;
-        } else {
-            appendCodePoint(out, *unit);
+    while (at < end) {
+        const std::size_t digits = std::min(width, end - at);
+        const auto read = hexNumber(raw.substr(at, digits));
+        const std::uint32_t unit = read && digits == width ? *read : unreadable;
+        at += digits;
+        const bool completes = high != 0 && unit >= 0xDC00 && unit < 0xE000;
+        if (completes) {
+            appendCodePoint(out, 0x10000 + ((high - 0xD800) << 10) + (unit - 0xDC00));
+        } else if (high != 0) {
+            appendCodePoint(out, unreadable);
         }
+        high = unit >= 0xD800 && unit < 0xDC00 ? unit : 0;
+        if (!completes && high == 0) appendCodePoint(out, unit);
     }
+    if (high != 0) appendCodePoint(out, unreadable);
     if (raw.substr(at, 4) == "\\X0\\") at += 4;
 }
 

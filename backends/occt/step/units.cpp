@@ -13,11 +13,16 @@ constexpr NamedUnit kUnits[] = {
     {"Inch", 25.4},      {"Foot", 304.8},      {"Yard", 914.4},   {"Mile", 1609344.0},
 };
 
-constexpr std::pair<const char*, double> kPrefixes[] = {
-    {"EXA", 1e18},  {"PETA", 1e15},  {"TERA", 1e12},   {"GIGA", 1e9},
-    {"MEGA", 1e6},  {"KILO", 1e3},   {"HECTO", 1e2},   {"DECA", 1e1},
-    {"DECI", 1e-1}, {"CENTI", 1e-2}, {"MILLI", 1e-3},  {"MICRO", 1e-6},
-    {"NANO", 1e-9}, {"PICO", 1e-12}, {"FEMTO", 1e-15}, {"ATTO", 1e-18},
+struct Prefix {
+    const char* name;
+    double factor;
+    const char* letter;
+};
+constexpr Prefix kPrefixes[] = {
+    {"EXA", 1e18, "E"},  {"PETA", 1e15, "P"},  {"TERA", 1e12, "T"},   {"GIGA", 1e9, "G"},
+    {"MEGA", 1e6, "M"},  {"KILO", 1e3, "k"},   {"HECTO", 1e2, "h"},   {"DECA", 1e1, "da"},
+    {"DECI", 1e-1, "d"}, {"CENTI", 1e-2, "c"}, {"MILLI", 1e-3, "m"},  {"MICRO", 1e-6, "u"},
+    {"NANO", 1e-9, "n"}, {"PICO", 1e-12, "p"}, {"FEMTO", 1e-15, "f"}, {"ATTO", 1e-18, "a"},
 };
 
 constexpr std::pair<const char*, const char*> kSymbols[] = {
@@ -30,8 +35,8 @@ constexpr std::pair<const char*, const char*> kSymbols[] = {
 constexpr int kLongestChain = 8;
 
 double prefixFactor(const Value& prefix) {
-    for (const auto& [name, factor] : kPrefixes) {
-        if (prefix.text == name) return factor;
+    for (const Prefix& known : kPrefixes) {
+        if (prefix.text == known.name) return known.factor;
     }
     return 1.0;
 }
@@ -127,11 +132,9 @@ std::string unitSymbol(const Part21& file, std::uint64_t unit) {
             return name == "degree" ? "deg" : name == "inch" ? "in" : name;
         }
         if (record.keyword != "SI_UNIT") continue;
-        constexpr std::pair<const char*, const char*> letters[] = {
-            {"MEGA", "M"}, {"KILO", "k"}, {"CENTI", "c"}, {"MILLI", "m"}, {"MICRO", "u"}};
         std::string symbol;
-        for (const auto& [name, letter] : letters) {
-            if (record.at(0).text == name) symbol = letter;
+        for (const Prefix& prefix : kPrefixes) {
+            if (record.at(0).text == prefix.name) symbol = prefix.letter;
         }
         for (const auto& [name, text] : kSymbols) {
             if (record.at(1).text == name) return symbol + text;

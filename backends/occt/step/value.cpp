@@ -75,7 +75,16 @@ std::optional<Value> parseNumber(std::string_view text, std::size_t& at) {
     const auto token = text.substr(first, at - first);
     value.isInteger = token.find_first_of(".eE") == std::string_view::npos;
     const auto result = std::from_chars(token.data(), token.data() + token.size(), value.number);
-    if (result.ec != std::errc()) return std::nullopt;
+    if (result.ptr != token.data() + token.size()) return std::nullopt;
+    if (result.ec == std::errc::result_out_of_range) {
+        // Too close to 0 for a number is 0; too far from it is none.
+        const std::size_t mark = token.find_first_of("eE");
+        const bool tiny = mark != std::string_view::npos && token[mark + 1] == '-';
+        if (!tiny) return std::nullopt;
+        value.number = 0.0;
+    } else if (result.ec != std::errc()) {
+        return std::nullopt;
+    }
     return value;
 }
 

@@ -1,5 +1,6 @@
 #include "backends/occt/tree/occt_model.h"
 
+#include <Standard_Failure.hxx>
 #include <gp_Trsf.hxx>
 
 #include "backends/occt/document/binary_document.h"
@@ -117,8 +118,12 @@ const void* OcctModel::exchangeEntity(HPS::ComponentId id) const {
 gp_Trsf OcctModel::placement(HPS::ComponentId id) const {
     const Placement& p = tree_.placement(id);
     gp_Trsf out;
-    if (p != kNoMove) {
+    if (p == kNoMove) return out;
+    try {
         out.SetValues(p[0], p[1], p[2], p[3], p[4], p[5], p[6], p[7], p[8], p[9], p[10], p[11]);
+    } catch (const Standard_Failure&) {
+        // Scales that vanish on the way down leave no placement.
+        return {};
     }
     return out;
 }

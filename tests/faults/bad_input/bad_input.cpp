@@ -1,8 +1,9 @@
 #include "tests/faults/bad_input/bad_input.h"
 
+#include <regex.h>
+
 #include <filesystem>
 #include <iostream>
-#include <regex>
 #include <sstream>
 
 #include "tests/support/step_builder.h"
@@ -25,6 +26,18 @@ std::vector<std::string> linesNaming(const std::string& text, const std::string&
 
 std::string fileName(const std::string& path) {
     return std::filesystem::path(path).filename().string();
+}
+
+/// POSIX, because GCC 12 warns about std::regex itself when a sanitizer is on.
+bool matches(const std::string& text, const std::string& pattern) {
+    regex_t compiled;
+    if (regcomp(&compiled, pattern.c_str(), REG_EXTENDED | REG_ICASE | REG_NOSUB) != 0) {
+        ADD_FAILURE() << "not a pattern: " << pattern;
+        return false;
+    }
+    const bool found = regexec(&compiled, text.c_str(), 0, nullptr, 0) == 0;
+    regfree(&compiled);
+    return found;
 }
 
 }  // namespace
@@ -103,13 +116,12 @@ void expectRefused(const support::CliResult& run, const std::string& file,
                    const std::string& cause) {
     expectOrder(run);
     EXPECT_EQ(run.exitCode, 2) << run.description();
-    const std::regex pattern(cause, std::regex::icase);
     bool found = false;
     for (const std::string& line : linesNaming(run.standardError, fileName(file))) {
         std::string rest = line;
         // The cause must not be found in the file's own name.
         rest.erase(rest.find(fileName(file)), fileName(file).size());
-        found = found || std::regex_search(rest, pattern);
+        found = found || matches(rest, cause);
     }
     EXPECT_TRUE(found) << "no line names " << file << " and says " << cause << "\n"
                        << run.description();
