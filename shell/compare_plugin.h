@@ -56,9 +56,12 @@ public:
 private:
     // The settings page goes before what the workflow shares with the host, hence the order.
     workflow::CompareWorkflow workflow_;
+
+protected:
     /// Replaced each time the host builds its settings sheet.
-    std::shared_ptr<CompareSettingsDlg> settingsPage_;
-    [[maybe_unused]] bool settingsPagePending_ = false;
+    std::shared_ptr<CompareSettingsDlg> settingsPage;
+    /// Nothing sets it to true.
+    bool settingsPagePending = false;
 };
 
 }  // namespace shell

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "extract/import_library.h"
+#include "platform/bxt/services.h"
 #include "resources/string_table.h"
 #include "tests/support/scripted_host.h"
 #include "tests/support/scripted_host_services.h"
@@ -74,6 +77,47 @@ TEST_F(Plugin, IsViewEventHandlerAndPlugin) {
     EXPECT_NE(dynamic_cast<HPS::Object*>(base), nullptr);
 }
 
+#if defined(__x86_64__)
+/// Place of a virtual operation in the primary table; the two destructors share place 1 as 0 and
+/// 1, so that every other operation stands at its own number.
+template <typename Operation>
+std::size_t placeOf(Operation operation) {
+    static_assert(sizeof operation == 2 * sizeof(std::size_t));
+    std::size_t parts[2] = {};
+    std::memcpy(parts, &operation, sizeof operation);
+    EXPECT_EQ(parts[0] % sizeof(void*), 1U) << "not a virtual operation";
+    EXPECT_EQ(parts[1], 0U) << "not in the primary table";
+    return parts[0] / sizeof(void*);
+}
+
+TEST_F(Plugin, OperationsStandInTheOrderThatHostsWereBuiltFor) {
+    using Host = bxtui::IGUIPlugin;
+    EXPECT_EQ(placeOf(&Host::name), 2U);
+    EXPECT_EQ(placeOf(&Host::pluginType), 3U);
+    EXPECT_EQ(placeOf(&Host::id), 4U);
+    EXPECT_EQ(placeOf(&Host::features), 5U);
+    EXPECT_EQ(placeOf(&Host::extensionFor), 6U);
+    EXPECT_EQ(placeOf(&Host::attachExtension), 7U);
+    EXPECT_EQ(placeOf(&Host::loadDefaultPreferences), 8U);
+    EXPECT_EQ(placeOf(&Host::setParent), 9U);
+    EXPECT_EQ(placeOf(&Host::reservedHook), 10U);
+    EXPECT_EQ(placeOf(&Host::version), 11U);
+    EXPECT_EQ(placeOf(&Host::createRibbonItems), 12U);
+    EXPECT_EQ(placeOf(&Host::releaseRibbonItems), 13U);
+    EXPECT_EQ(placeOf(&Host::addSettingsPages), 14U);
+    EXPECT_EQ(placeOf(&Host::onCommand), 15U);
+    EXPECT_EQ(placeOf(&Host::commandState), 16U);
+    EXPECT_EQ(placeOf(&Host::AddToContextMenu), 17U);
+    EXPECT_EQ(placeOf(&Host::OnTabActivate), 18U);
+    EXPECT_EQ(placeOf(&Host::englishCommandName), 19U);
+    EXPECT_EQ(placeOf(&Host::OnHotKeyPress), 20U);
+    EXPECT_EQ(placeOf(&Host::attachApplication), 21U);
+    EXPECT_EQ(placeOf(&Host::isAvailable), 22U);
+    // The view's own table: two destructors, then update().
+    EXPECT_EQ(placeOf(&bxt::IView::update), 2U);
+}
+#endif
+
 TEST_F(Plugin, InheritedOperationsStandUnchanged) {
     EXPECT_TRUE(plugin->features().empty());
     EXPECT_FALSE(plugin->OnHotKeyPress(1));
@@ -123,6 +167,24 @@ TEST_F(Plugin, GivesEnglishCommandNames) {
     EXPECT_EQ(text, L"");
 }
 
+/// Texts that tell their language.
+class MarkedTexts : public bxt::StringTable {
+public:
+    std::optional<std::wstring> text(std::uint32_t id,
+                                     const std::wstring& language) const override {
+        return language + std::to_wstring(id);
+    }
+};
+
+TEST_F(Plugin, CommandNamesAreEnglishInEveryLanguage) {
+    bxt::services().strings = std::make_shared<MarkedTexts>();
+    bxt::services().language = L"de";
+    std::wstring text;
+    plugin->englishCommandName(137, text);
+    EXPECT_EQ(text, L"en137");
+    bxt::services() = {};
+}
+
 TEST_F(Plugin, TheCommandIsEnabledForModelsAndGreyForDrawings) {
     openHost();
     EXPECT_EQ(commandState().enabled, 1);
@@ -157,6 +219,43 @@ TEST_F(Plugin, WithoutTheLibraryItIsStillThere) {
     EXPECT_EQ(lonely.name(), L"Compare Plugin");
     EXPECT_EQ(lonely.id(), L"{344DCF82-A071-4A52-8704-4692167341F2}");
     EXPECT_EQ(lonely.version(), L"6.7.0.365");
+}
+
+/// Writes its end into the log.
+std::shared_ptr<void> witness(const support::Log& log, const char* entry) {
+    return {nullptr, [log, entry](void*) { log->add(entry); }};
+}
+
+/// A plug-in that a host's settings sheet has got a page from.
+class PluginWithPage : public shell::ComparePlugin {
+public:
+    using ComparePlugin::settingsPage;
+    using ComparePlugin::settingsPagePending;
+};
+
+TEST_F(Plugin, StartsWithoutASettingsPage) {
+    const PluginWithPage other;
+    EXPECT_EQ(other.settingsPage, nullptr);
+    EXPECT_FALSE(other.settingsPagePending);
+}
+
+TEST_F(Plugin, TheSettingsPageGoesBeforeTheFactories) {
+    auto other = std::make_unique<PluginWithPage>();
+    other->settingsPage = std::shared_ptr<shell::CompareSettingsDlg>(
+        witness(services.log, "settingsPage.delete"), nullptr);
+    openHost();
+    host->hints->views = {other.get()};
+    choosePair();
+    other->onCommand(nullptr, 101, host);
+    host->sendHint(1, host->addDocument("active", L""));
+    host->hints->views.clear();
+    host->activate(nullptr);
+    services.log->clear();
+    other.reset();
+    EXPECT_EQ(services.log->entries(),
+              (Entries{"dialog1300.destroyWindow", "dialog1300.delete",
+                       "import.release /data/ref.stp", "import.release /data/cmp.stp",
+                       "source.delete", "settingsPage.delete", "result.delete", "active.delete"}));
 }
 
 TEST_F(Plugin, DestructionWithoutARunTouchesNothing) {

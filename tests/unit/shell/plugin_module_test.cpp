@@ -75,6 +75,19 @@ TEST_F(PluginModule, CreateStoresAPluginAndDestroyEmptiesThePointer) {
     EXPECT_EQ(plugin, nullptr);
 }
 
+TEST_F(PluginModule, EntryPointsAreFoundByPlainNameToo) {
+    EXPECT_EQ(dlsym(library, "createPlugin"), reinterpret_cast<void*>(create));
+    EXPECT_EQ(dlsym(library, "destroyPlugin"), reinterpret_cast<void*>(destroy));
+}
+
+TEST_F(PluginModule, EntryPointsReturnZeroWithoutAnAddressToo) {
+    services.log->clear();
+    EXPECT_EQ(create(nullptr), 0);
+    EXPECT_EQ(destroy(nullptr), 0);
+    EXPECT_TRUE(services.log->entries().empty());
+    EXPECT_EQ(bxt::services().strings, nullptr);
+}
+
 TEST_F(PluginModule, DestroyOfANullPointerDoesNothing) {
     bxtui::IGUIPlugin* plugin = nullptr;
     services.log->clear();
