@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "platform/os/utf8.h"
+#include "tests/support/comma_locale.h"
 
 namespace {
 
@@ -88,6 +89,16 @@ TEST(CliText, DecimalsDoNotDependOnALocaleAndZeroHasNoMinus) {
     EXPECT_EQ(decimal(std::nan(""), 2), "nan");
     EXPECT_EQ(decimal(-std::numeric_limits<double>::infinity(), 2), "-inf");
     EXPECT_EQ(decimal(std::numeric_limits<double>::max(), 3).size(), 313U);
+}
+
+TEST(CliText, ALocaleWithAnotherPointChangesNothing) {
+    const support::CommaLocale comma;
+    if (!comma.active()) {
+        GTEST_SKIP() << "SKIPPED, NOTHING WAS TESTED: no locale with a decimal comma can be made "
+                        "(package locales)";
+    }
+    EXPECT_EQ(decimal(12345.678, 2), "12345.68");
+    EXPECT_EQ(cli::shortest(0.5), "0.5");
 }
 
 }  // namespace
