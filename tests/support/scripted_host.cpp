@@ -70,6 +70,7 @@ bxt::IStatusManager* ScriptedHost::statusManager() {
 
 std::shared_ptr<bxt::IFrame> ScriptedHost::prepareFrame(const std::wstring& title) {
     log_->add("prepareFrame " + narrow(title));
+    if (onPrepareFrame) return onPrepareFrame();
     return active;
 }
 

@@ -101,6 +101,8 @@ public:
     bool hideFrame = false;    ///< no active frame
     bool hideFactory = false;  ///< no active factory
     bool documentOpens = true;
+    /// Makes the frame that prepareFrame() returns; by default that is the active one.
+    std::function<std::shared_ptr<bxt::IFrame>()> onPrepareFrame;
     /// What runProgress() does; by default it waits for the end and returns 0.
     std::function<int()> onRunProgress;
     /// Called at the start of openDocument().

@@ -71,6 +71,7 @@ public:
     }
     std::shared_ptr<const HPS::ComponentProvider> model() override {
         log_->add("import.model " + path_);
+        if (script_.throwsOnModel) throw HPS::Exception("model is not to be had");
         return script_.model;
     }
     HPS::Exchange::ImportCause cause() const override { return {}; }

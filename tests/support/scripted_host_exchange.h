@@ -26,6 +26,7 @@ public:
         std::vector<int> states = {0};
         std::shared_ptr<const HPS::ComponentProvider> model = flatModel({"Part"});
         bool throwsOnStatus = false;
+        bool throwsOnModel = false;
     };
     /// Script by UTF-8 path; a path without one succeeds at once.
     std::function<Script(const std::string& path)> script;

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "resources/string_table.h"
+#include "tests/support/comma_locale.h"
 
 namespace {
 
@@ -33,6 +34,16 @@ TEST_F(Elapsed, SecondsAreDividedInSinglePrecision) {
     EXPECT_EQ(workflow::FormatElapsed(0, 16777217), L" in 16777.22 seconds");
     EXPECT_EQ(workflow::FormatElapsed(0, 123456789), L" in 123456.79 seconds");
     EXPECT_EQ(workflow::FormatElapsed(0, 987654321), L" in 987654.31 seconds");
+}
+
+TEST_F(Elapsed, ALocaleWithAnotherPointChangesNothing) {
+    const support::CommaLocale comma;
+    if (!comma.active()) {
+        GTEST_SKIP() << "SKIPPED, NOTHING WAS TESTED: no locale with a decimal comma can be made "
+                        "(package locales)";
+    }
+    EXPECT_EQ(workflow::FormatElapsed(0, 3600000), L" in 3600.00 seconds");
+    EXPECT_EQ(workflow::FormatElapsed(0, 999), L" in 999 milliseconds");
 }
 
 TEST_F(Elapsed, TheDifferenceIsUnsigned) {

@@ -46,8 +46,19 @@ TEST_F(ImportSettings, TheKeyHoldsTheStemOfTheExecutable) {
     EXPECT_EQ(key(), kKey);
     services.files->executable = L"C:\\Program Files\\Bextora\\Bextora Pro.exe";
     EXPECT_EQ(key(), L"Software\\Bextora\\Bextora Pro\\Settings\\Import");
-    services.files->executable = L"plain";
-    EXPECT_EQ(key(), L"Software\\Bextora\\plain\\Settings\\Import");
+    const std::pair<const wchar_t*, const wchar_t*> rows[] = {
+        {L"plain", L"plain"},
+        {L"/opt/app.d/host", L"host"},
+        {L"/opt/app/host.v2.exe", L"host.v2"},
+        {L"/opt/app/host-6.7", L"host-6"},
+        {L"/opt/app/\u00dcbersicht", L"\u00dcbersicht"},
+        {L"/opt/app/.host", L".host"},
+        {L"", L""},
+    };
+    for (const auto& [executable, stem] : rows) {
+        services.files->executable = executable;
+        EXPECT_EQ(key(), std::wstring(L"Software\\Bextora\\") + stem + L"\\Settings\\Import");
+    }
 }
 
 TEST_F(ImportSettings, LongExecutablePathsAreNotCut) {
@@ -56,6 +67,13 @@ TEST_F(ImportSettings, LongExecutablePathsAreNotCut) {
     EXPECT_EQ(key(), L"Software\\Bextora\\" + stem + L"\\Settings\\Import");
     services.store->keys[key()][L"Read PMI"] = 0;
     EXPECT_FALSE(applied().pmi);
+}
+
+TEST_F(ImportSettings, EachExecutableHasSettingsOfItsOwn) {
+    values()[L"Read PMI"] = 0;
+    EXPECT_FALSE(applied().pmi);
+    services.files->executable = L"/opt/bextora/bin/other";
+    EXPECT_EQ(applied(), ImportOptions());
 }
 
 TEST_F(ImportSettings, ReadInTheOrderOfTheTableWithFullAccess) {

@@ -26,6 +26,47 @@ TEST_F(Lifetime, ANewJobHasItsInitialState) {
     EXPECT_EQ(job.modelUnitCache, -1.0);
 }
 
+/// Writes its end into the log.
+std::shared_ptr<void> witness(const support::Log& log, const char* entry) {
+    return {nullptr, [log, entry](void*) { log->add(entry); }};
+}
+
+template <typename Class>
+std::shared_ptr<Class> witnessed(const support::Log& log, const char* entry) {
+    return {witness(log, entry), nullptr};
+}
+
+TEST_F(Lifetime, AJobLetsGoOfImportsThenOfWhatItShares) {
+    auto job = std::make_unique<extract::CompareJob>();
+    const HPS::Exchange::ImportOptionsKit kit;
+    job->referenceNotifier = HPS::Exchange::File::Import("/r", kit);
+    job->compareNotifier = HPS::Exchange::File::Import("/c", kit);
+    job->sourceFactory = witnessed<bxtsg::IFactory>(services.log, "sourceFactory.delete");
+    job->heldObject = witness(services.log, "heldObject.delete");
+    log().clear();
+    job.reset();
+    EXPECT_EQ(log().entries(), (Entries{"import.release /r", "import.release /c",
+                                        "heldObject.delete", "sourceFactory.delete"}));
+}
+
+TEST_F(Lifetime, StateGoesFromTheResultToTheRecord) {
+    auto all = std::make_unique<workflow::WorkflowState>();
+    all->pendingRecord = witnessed<bxtsg::SCComprae>(services.log, "pendingRecord.delete");
+    all->activeFactory = witnessed<bxtsg::IFactory>(services.log, "activeFactory.delete");
+    all->resultFactory = witnessed<bxtsg::IFactory>(services.log, "resultFactory.delete");
+    all.reset();
+    EXPECT_EQ(log().entries(),
+              (Entries{"resultFactory.delete", "activeFactory.delete", "pendingRecord.delete"}));
+}
+
+TEST_F(Lifetime, SharedStateStartsEmpty) {
+    const workflow::SharedState fresh;
+    EXPECT_EQ(fresh.sharedReferencePath + fresh.sharedComparePath + fresh.sharedResultPath, L"");
+    EXPECT_EQ(fresh.sharedStatusManager, nullptr);
+    EXPECT_EQ(fresh.sharedApplication, nullptr);
+    EXPECT_EQ(fresh.sharedComparer, nullptr);
+}
+
 TEST_F(Lifetime, OneJobServesAllRunsAndKeepsItsUnit) {
     const extract::CompareJob* job = state().compareJob.get();
     state().compareJob->modelUnitCache = 25.4;

@@ -79,11 +79,12 @@ TEST_F(ModelImport, TheCompareFileStartsFirst) {
 
 TEST_F(ModelImport, PathsAreHandedOverAsUtf8) {
     job.referencePath = L"/data/R\u00e4d \u6f22.stp";
-    services.files->existing.insert(job.referencePath);
+    job.comparePath = L"/data/\U0001F529.stp";
+    services.files->existing = {job.referencePath, job.comparePath};
     EXPECT_TRUE(workflow::ImportModels(job));
-    EXPECT_TRUE(
-        log().contains("import.start /data/R\xC3\xA4"
-                       "d \xE6\xBC\xA2.stp"));
+    EXPECT_EQ(log().withPrefix("import.start"), (Entries{"import.start /data/\xF0\x9F\x94\xA9.stp",
+                                                         "import.start /data/R\xC3\xA4"
+                                                         "d \xE6\xBC\xA2.stp"}));
 }
 
 TEST_F(ModelImport, TheFirstQuestionComesAfterTheFirstHalfSecond) {
@@ -174,6 +175,31 @@ TEST_F(ModelImport, AnExceptionWhilePollingGoesToTheDebugOutput) {
     };
     EXPECT_FALSE(workflow::ImportModels(job));
     EXPECT_EQ(log().withPrefix("debug"), Entries{"debug status is not to be had"});
+}
+
+TEST_F(ModelImport, AnExceptionWhileTheModelsAreFetchedGoesToTheDebugOutput) {
+    services.importer->script = [](const std::string& path) {
+        support::FakeImporter::Script script;
+        script.throwsOnModel = path == "/data/ref.stp";
+        return script;
+    };
+    EXPECT_FALSE(workflow::ImportModels(job));
+    EXPECT_EQ(log().withPrefix("debug"), Entries{"debug model is not to be had"});
+}
+
+class BrokenStore : public os::KeyStore {
+public:
+    std::unique_ptr<os::Key> open(const std::wstring&, os::KeyAccess) override {
+        throw std::runtime_error("store is not to be had");
+    }
+    std::unique_ptr<os::Key> create(const std::wstring&, os::KeyAccess) override { return nullptr; }
+};
+
+TEST_F(ModelImport, AnExceptionWhileTheSettingsAreReadGoesToTheDebugOutput) {
+    os::services().keyStore = std::make_shared<BrokenStore>();
+    EXPECT_FALSE(workflow::ImportModels(job));
+    EXPECT_EQ(log().withPrefix("debug"), Entries{"debug store is not to be had"});
+    EXPECT_EQ(log().count("import."), 0U);
 }
 
 TEST_F(ModelImport, WithoutAnImporterIsFalse) {

@@ -2,6 +2,8 @@
 
 namespace {
 
+namespace code = bxtsg::code;
+
 class Workflow : public WorkflowTest {};
 
 TEST_F(Workflow, EveryCallAndHintOfAGoodRunComesInOrder) {
@@ -296,6 +298,121 @@ TEST_F(Workflow, TheFactoryOfTheActiveFrameIsHeldToTheEndOfTheRun) {
     runPair();
     EXPECT_TRUE(aliveAtOpening);
     EXPECT_TRUE(held.expired());
+}
+
+TEST_F(Workflow, ThreeSchemasAreHeldToTheEndOfTheRun) {
+    support::FakeDocument& source = activeDocument();
+    source.schemas[29] = std::make_shared<bxtsg::SCComprae>();
+    source.schemas[19] = std::make_shared<bxt::SCApplication>(*host->data);
+    std::vector<std::weak_ptr<bxtsg::Schema>> held;
+    for (const auto wanted : {code::Application, code::Info, code::Compare})
+        held.push_back(source.schemas[wanted]);
+    const auto alive = [&] {
+        return std::count_if(held.begin(), held.end(), [](auto& one) { return !one.expired(); });
+    };
+    onHint = [&](const bxtui::Hint& hint) {
+        if (hint.code() == 24) source.schemas.clear();
+    };
+    std::ptrdiff_t aliveAtOpening = 0;
+    host->onOpenDocument = [&] { aliveAtOpening = alive(); };
+    runPair();
+    EXPECT_EQ(aliveAtOpening, 3);
+    EXPECT_EQ(alive(), 0);
+}
+
+TEST_F(Workflow, SchemasOfOtherClassesCountAsMissing) {
+    for (const auto wanted : {code::Info, code::Application, code::Compare}) {
+        activeDocument().schemas[wanted] = std::make_shared<bxt::SCDocFrame>();
+    }
+    std::wstring offered = L"x";
+    services.toolkit->scripts.emplace_back(
+        [&](support::FakeDialog::State& prompt) { offered = prompt.texts[1001]; });
+    run();
+    EXPECT_EQ(offered, L"");
+    EXPECT_TRUE(state().fileFilters.empty());
+    runPair();
+    EXPECT_TRUE(log().contains("dialog1300.show"));
+}
+
+TEST_F(Workflow, FramesAndDocumentsThatTheHostReturnsAreDropped) {
+    std::weak_ptr<bxt::IFrame> prepared;
+    host->onPrepareFrame = [&] {
+        const auto made = std::make_shared<support::FakeFrame>(host->active->document(), nullptr);
+        prepared = made;
+        return made;
+    };
+    bool droppedAtHint = false;
+    onHint = [&](const bxtui::Hint& hint) {
+        if (hint.code() == 24) droppedAtHint = prepared.expired();
+    };
+    runPair();
+    EXPECT_TRUE(droppedAtHint);
+    // The opened document is held by its frame, as active and as result factory, and by the dialog.
+    EXPECT_EQ(host->active->document().use_count(), 4);
+}
+
+TEST_F(Workflow, BothModelsAreHeldToTheEndOfTheRun) {
+    std::vector<std::weak_ptr<const HPS::ComponentProvider>> models;
+    services.importer->script = [&](const std::string&) {
+        support::FakeImporter::Script script;
+        models.push_back(script.model);
+        return script;
+    };
+    comparerAnswers(1);
+    choosePair();
+    choosePair();
+    std::vector<bool> aliveAtThirdPrompt;
+    services.toolkit->scripts.emplace_back([&](support::FakeDialog::State&) {
+        for (const auto& model : models) aliveAtThirdPrompt.push_back(!model.expired());
+    });
+    run();
+    // The inner run has its own imports; those of the outer one are kept by the outer run alone.
+    EXPECT_EQ(aliveAtThirdPrompt, (std::vector<bool>{true, true, true, true}));
+    EXPECT_TRUE(models[0].expired());
+    EXPECT_TRUE(models[1].expired());
+    EXPECT_FALSE(models[2].expired());
+    EXPECT_FALSE(models[3].expired());
+}
+
+TEST_F(Workflow, HintsAreServedWhileTheWorkerCompares) {
+    const auto other = host->addDocument("other", L"/data/plan.dwg");
+    services.useWorkers<support::ThreadedWorkers>();
+    host->onRunProgress = [&] {
+        host->sendHint(1, other);
+        EXPECT_TRUE(state().activeIs2D);
+        return host->waitForEnd() ? 0 : 2;
+    };
+    runPair();
+    EXPECT_TRUE(log().contains("openDocument /results/1.xbf 1"));
+}
+
+TEST_F(Workflow, TheResultIsPendingBeforeTheCaptionChanges) {
+    bool pending = false;
+    bool recordThere = true;
+    services.toolkit->onCaption = [&] {
+        pending = state().resultPending;
+        recordThere = state().pendingRecord != nullptr;
+    };
+    runPair();
+    EXPECT_TRUE(pending);
+    EXPECT_FALSE(recordThere);
+}
+
+TEST_F(Workflow, ARunWithoutAResultLeavesTheEarlierOneOnTheScreen) {
+    runPair();
+    const auto earlier = state().resultFactory;
+    host->activate(host->addDocument("source", L"/data/open.stp"));
+    for (const Status status : {-1, -2, 42}) {
+        comparerAnswers(status);
+        choose(L"/data/ref2.stp", L"/data/cmp2.stp");
+        run();
+    }
+    services.files->existing.clear();
+    runPair();
+    EXPECT_TRUE(results()->visible);
+    EXPECT_EQ(state().resultFactory, earlier);
+    EXPECT_EQ(state().resultsDialog->referencePath, kReference);
+    EXPECT_EQ(state().resultsDialog->comparePath, kCompare);
 }
 
 TEST_F(Workflow, TheTimeCountsFromBehindTheHintsToBehindTheCaption) {
