@@ -42,6 +42,14 @@ protected:
     std::shared_ptr<bxt::Settings> switches = std::make_shared<bxt::Settings>();
 };
 
+TEST_F(CompareSettings, TheObjectHoldsTheNineInARow) {
+    const auto* first = reinterpret_cast<const char*>(&switches->psCompare);
+    for (std::size_t i = 0; i < std::size(kRows); ++i) {
+        const bool& field = (*switches).*kRows[i].field;
+        EXPECT_EQ(reinterpret_cast<const char*>(&field) - first, static_cast<std::ptrdiff_t>(i));
+    }
+}
+
 TEST_F(CompareSettings, SaveWritesNineNumbersInOrderAndClosesTheKey) {
     setAll(true);
     switches->pmiCompare = false;
