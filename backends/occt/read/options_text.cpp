@@ -70,6 +70,8 @@ std::optional<ImportOptions> parseOptions(const std::string& text) {
     options.pmiDefaultColor = HPS::RGBColor{static_cast<float>(packed & 0xFF) / 255.0F,
                                             static_cast<float>((packed >> 8) & 0xFF) / 255.0F,
                                             static_cast<float>(packed >> 16) / 255.0F};
+    // Keys are compared as text: the same colour with zeros in front would be another one.
+    if (formatOptions(options) != text) return std::nullopt;
     return options;
 }
 
