@@ -44,10 +44,11 @@ std::size_t utf8Length(std::string_view text, std::size_t at) {
     for (std::size_t i = 1; i < length; ++i) {
         if ((static_cast<unsigned char>(text[at + i]) & 0xC0) != 0x80) return 0;
     }
-    // Longer forms than needed, halves of surrogate pairs, and what lies past the last character.
-    const auto next = length > 2 ? static_cast<unsigned char>(text[at + 1]) : 0U;
-    const bool none = (lead == 0xE0 && next < 0xA0) || (lead == 0xED && next >= 0xA0) ||
-                      (lead == 0xF0 && next < 0x90) || (lead == 0xF4 && next >= 0x90);
+    if (length < 3) return length;
+    // Longer forms than needed, surrogates, and what lies past the last code point.
+    const auto second = static_cast<unsigned char>(text[at + 1]);
+    const bool none = (lead == 0xE0 && second < 0xA0) || (lead == 0xED && second >= 0xA0) ||
+                      (lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second >= 0x90);
     return none ? 0 : length;
 }
 
@@ -78,25 +79,31 @@ std::uint32_t fromCyrillic(unsigned char byte) {
 
 /// Code units of `width` hexadecimal digits up to \X0\. Moves `at` behind it.
 void decodeWide(std::string_view raw, std::size_t& at, std::size_t width, std::string& out) {
-    constexpr std::uint32_t unreadable = 0xFFFD;
+    constexpr std::uint32_t none = 0xFFFD;
+    constexpr std::string_view last = "\\X0\\";
     const std::size_t end = std::min(raw.find('\\', at), raw.size());
     std::uint32_t high = 0;
     while (at < end) {
-        const std::size_t digits = std::min(width, end - at);
-        const auto read = hexNumber(raw.substr(at, digits));
-        const std::uint32_t unit = read && digits == width ? *read : unreadable;
-        at += digits;
-        const bool completes = high != 0 && unit >= 0xDC00 && unit < 0xE000;
-        if (completes) {
-            appendCodePoint(out, 0x10000 + ((high - 0xD800) << 10) + (unit - 0xDC00));
-        } else if (high != 0) {
-            appendCodePoint(out, unreadable);
+        const auto unit = at + width <= end ? hexNumber(raw.substr(at, width)) : std::nullopt;
+        const bool isLow = unit && *unit >= 0xDC00 && *unit < 0xE000;
+        if (high != 0 && !isLow) appendCodePoint(out, none);
+        if (!unit) {
+            appendCodePoint(out, none);
+            high = 0;
+            at = end;  // where the next unit starts is anybody's guess
+            break;
         }
-        high = unit >= 0xD800 && unit < 0xDC00 ? unit : 0;
-        if (!completes && high == 0) appendCodePoint(out, unit);
+        at += width;
+        const bool isHigh = *unit >= 0xD800 && *unit < 0xDC00;
+        if (isLow && high != 0) {
+            appendCodePoint(out, 0x10000 + ((high - 0xD800) << 10) + (*unit - 0xDC00));
+        } else if (!isHigh) {
+            appendCodePoint(out, *unit);
+        }
+        high = isHigh ? *unit : 0;
     }
-    if (high != 0) appendCodePoint(out, unreadable);
-    if (raw.substr(at, 4) == "\\X0\\") at += 4;
+    if (high != 0) appendCodePoint(out, none);
+    if (raw.substr(at, last.size()) == last) at += last.size();
 }
 
 /// One directive at the backslash at `at`; false when it is none.
@@ -111,7 +118,8 @@ bool decodeDirective(std::string_view raw, std::size_t& at, std::string& out) {
     } else if (rest.starts_with("\\X\\") && rest.size() >= 5 && hexNumber(rest.substr(3, 2))) {
         appendCodePoint(out, *hexNumber(rest.substr(3, 2)));
         at += 5;
-    } else if (rest.starts_with("\\S\\") && rest.size() >= 4) {
+    } else if (rest.starts_with("\\S\\") && rest.size() >= 4 &&
+               static_cast<unsigned char>(rest[3]) < 0x80) {
         appendCodePoint(out, static_cast<unsigned char>(rest[3]) + 128U);
         at += 4;
     } else if (rest.size() >= 4 && rest[1] == 'P' && rest[3] == '\\') {
