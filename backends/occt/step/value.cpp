@@ -50,10 +50,12 @@ std::optional<Value> parseText(std::string_view text, std::size_t& at) {
     return value;
 }
 
-std::optional<Value> parseQuoted(std::string_view text, std::size_t& at, char end) {
+/// An enumeration or a binary. Only characters that these have: the end of a damaged one must not
+/// be looked for in the rest of the file, nor anything else be taken for its inside.
+std::optional<Value> parseWord(std::string_view text, std::size_t& at, char end) {
     const std::size_t begin = ++at;
-    at = text.find(end, at);
-    if (at == std::string_view::npos) return std::nullopt;
+    while (at < text.size() && (isKeywordStart(text[at]) || isDigit(text[at]))) ++at;
+    if (at >= text.size() || text[at] != end) return std::nullopt;
     Value value;
     value.kind = Value::Kind::Word;
     value.text = text.substr(begin, at - begin);
@@ -119,9 +121,9 @@ std::optional<Value> parseValue(std::string_view text, std::size_t& at, std::siz
         case '*': value.kind = Value::Kind::Derived; return ++at, value;
         case '#': return parseReference(text, at);
         case '\'': return parseText(text, at);
-        case '"': return parseQuoted(text, at, '"');
+        case '"': return parseWord(text, at, '"');
         case '.':
-            if (at + 1 < text.size() && !isDigit(text[at + 1])) return parseQuoted(text, at, '.');
+            if (at + 1 < text.size() && !isDigit(text[at + 1])) return parseWord(text, at, '.');
             return parseNumber(text, at);
         case '(': {
             auto items = parseList(text, at, depth + 1);
@@ -154,7 +156,10 @@ std::uint64_t Record::reference(std::size_t index) const {
 }
 
 std::optional<std::vector<Value>> parseParameters(std::string_view text, std::size_t& offset) {
-    return parseList(text, offset, 0);
+    std::size_t at = offset;
+    auto values = parseList(text, at, 0);
+    if (values) offset = at;
+    return values;
 }
 
 void skipBlanks(std::string_view text, std::size_t& offset) {

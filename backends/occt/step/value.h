@@ -48,7 +48,8 @@ struct Record {
 };
 
 /// Reads parameters from `text` at `offset`, which stands on '('; moves `offset` behind the
-/// matching ')'. Nothing when the text there breaks the grammar or nests too deeply.
+/// matching ')'. Nothing when the text there breaks the grammar or nests too deeply; `offset`
+/// then stays.
 std::optional<std::vector<Value>> parseParameters(std::string_view text, std::size_t& offset);
 
 /// Moves `offset` over white space and comments.
