@@ -65,10 +65,11 @@ void addPmi(Description& description, const step::Part21& file, const step::Prod
 
 void addConstruction(Description& description, const step::Part21& file,
                      const step::Products& products) {
+    const step::ConstructionReader construction(file);
     for (std::size_t i = 0; i < products.products.size(); ++i) {
         DescribedDefinition& definition = description.definitions[i];
         if (definition.isAssembly) continue;
-        for (step::ConstructionItem& item : step::readConstruction(file, products.products[i])) {
+        for (step::ConstructionItem& item : construction.of(products.products[i])) {
             DescribedItem described;
             described.type = item.type;
             if (saysSomething(item.name)) described.name = std::move(item.name);

@@ -1,4 +1,4 @@
-#include <algorithm>
+#include <map>
 
 #include "backends/occt/step/extra_items.h"
 #include "platform/hps/component_type.h"
@@ -36,27 +36,36 @@ void addItems(const Part21& file, std::uint64_t representation, bool placementsO
 
 }  // namespace
 
-std::vector<ConstructionItem> readConstruction(const Part21& file, const Product& product) {
-    std::vector<ConstructionItem> out;
-    for (const std::uint64_t representation : product.representations) {
-        addItems(file, representation, true, out);
-    }
+ConstructionReader::ConstructionReader(const Part21& file) : file_(file) {
     constexpr const char* link = "CONSTRUCTIVE_GEOMETRY_REPRESENTATION_RELATIONSHIP";
+    std::size_t order = 0;
     for (const std::uint32_t index : file.ofType(link)) {
         const auto record = file.read(file.instances()[index].id, link);
         if (!record) continue;
-        for (const auto& [own, other] : {std::pair(record->reference(2), record->reference(3)),
-                                         std::pair(record->reference(3), record->reference(2))}) {
-            const auto isOwn = [own = own](std::uint64_t id) { return id == own; };
-            if (std::any_of(product.representations.begin(), product.representations.end(),
-                            isOwn) ||
-                std::any_of(product.relatedRepresentations.begin(),
-                            product.relatedRepresentations.end(), isOwn)) {
-                addItems(file, other, false, out);
-            }
+        links_[record->reference(2)].push_back({order++, record->reference(3)});
+        links_[record->reference(3)].push_back({order++, record->reference(2)});
+    }
+}
+
+std::vector<ConstructionItem> ConstructionReader::of(const Product& product) const {
+    std::vector<ConstructionItem> out;
+    std::map<std::size_t, std::uint64_t> others;
+    for (const auto* own : {&product.representations, &product.relatedRepresentations}) {
+        for (const std::uint64_t representation : *own) {
+            const auto found = links_.find(representation);
+            if (found == links_.end()) continue;
+            for (const Link& link : found->second) others[link.order] = link.other;
         }
     }
+    for (const std::uint64_t representation : product.representations) {
+        addItems(file_, representation, true, out);
+    }
+    for (const auto& [order, other] : others) addItems(file_, other, false, out);
     return out;
+}
+
+std::vector<ConstructionItem> readConstruction(const Part21& file, const Product& product) {
+    return ConstructionReader(file).of(product);
 }
 
 }  // namespace occt::step

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "backends/occt/step/part21.h"
@@ -16,8 +17,27 @@ struct ConstructionItem {
     std::string name;
 };
 
-/// Reference placements of a product and what its construction geometry lists, in the file's
-/// order.
+/// Reference placements of products and what their construction geometry lists, in the file's
+/// order. Looks through the file once, whatever the number of products.
+class ConstructionReader {
+public:
+    /// `file` must outlive the reader.
+    explicit ConstructionReader(const Part21& file);
+
+    std::vector<ConstructionItem> of(const Product& product) const;
+
+private:
+    /// A representation that a relation joins to another one.
+    struct Link {
+        std::size_t order = 0;
+        std::uint64_t other = 0;
+    };
+
+    const Part21& file_;
+    std::unordered_map<std::uint64_t, std::vector<Link>> links_;
+};
+
+/// The same for one product.
 std::vector<ConstructionItem> readConstruction(const Part21& file, const Product& product);
 
 /// A body that a file gives as triangles.
