@@ -109,6 +109,11 @@ void UnifiedCompareDialog::onInitDialog() {
     ShowSection(ResultSection::FileInformation);
 }
 
+ui::ItemColours UnifiedCompareDialog::onPaintItem(int treeId, const ui::TreeItemData& item) {
+    const bool ours = treeId == control::kReferenceTree || treeId == control::kCompareTree;
+    return ours ? diff::AssemblyDiffEngine::ColourForState(item) : ui::ItemColours();
+}
+
 void UnifiedCompareDialog::onCancel() {
     Hide();
 }

@@ -68,6 +68,7 @@ public:
 
 private:
     void onInitDialog() override;
+    ui::ItemColours onPaintItem(int treeId, const ui::TreeItemData& item) override;
     void onCancel() override;
     void PopulateTreePair();
     void ReleaseOutcome();

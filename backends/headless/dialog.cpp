@@ -155,6 +155,12 @@ void Dialog::close() {
     endModal(kCancelled);
 }
 
+ui::ItemColours Dialog::paintedColours(int treeId, ui::TreeItem item) {
+    const ui::TreeControl* shown = tree(treeId);
+    return shown && item && events_ ? events_->onPaintItem(treeId, shown->item(item))
+                                    : ui::ItemColours();
+}
+
 std::wstring Dialog::shownCueBanner(int controlId) const {
     const Control* control = find(controlId);
     if (!control || !control->text.empty()) return {};

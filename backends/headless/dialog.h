@@ -49,6 +49,9 @@ public:
     /// Esc or the close box: a modal dialog ends with kCancelled unless its events ended it.
     void close();
 
+    /// Colours in which a tree shows an item. The control's own ones without a window.
+    ui::ItemColours paintedColours(int treeId, ui::TreeItem item);
+
     const ui::DialogTemplate& shape() const { return shape_; }
     const std::wstring& caption() const { return caption_; }
     void setCaption(const std::wstring& caption) { caption_ = caption; }

@@ -56,6 +56,8 @@ public:
     virtual void onTextChanged(int /*controlId*/) {}
     /// A button was pressed.
     virtual void onClicked(int /*controlId*/) {}
+    /// A tree paints an item and asks for its colours; for every item in every paint cycle.
+    virtual ItemColours onPaintItem(int /*treeId*/, const TreeItemData& /*item*/) { return {}; }
     /// The close box or Esc. The default of a modal dialog is to end with kCancelled.
     virtual void onCancel() {}
 };

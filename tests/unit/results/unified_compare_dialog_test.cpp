@@ -102,6 +102,30 @@ TEST_F(ResultsDialog, TheFirstVisitOfTheStructureBuildsAndFillsTheTrees) {
     EXPECT_EQ(right(), (Lines{L"Top", L"  Bolt", L"  Nut"}));
 }
 
+TEST_F(ResultsDialog, BothTreesPaintTheirItemsByState) {
+    dialog->Create();
+    setModels({"Bolt", "Pin"}, {"Bolt", "Nut"});
+    dialog->ShowSection(ResultSection::ProductStructure);
+    const auto colourOf = [&](int treeId, const wchar_t* name) -> std::uint32_t {
+        const auto& tree = *window().trees[treeId];
+        const ui::TreeItem top = tree.firstChild(nullptr);
+        for (ui::TreeItem at = tree.firstChild(top); at; at = tree.nextSibling(at)) {
+            if (tree.item(at).text != name) continue;
+            const auto colours = window().events->onPaintItem(treeId, tree.item(at));
+            return colours.changed ? colours.text : 0U;
+        }
+        ADD_FAILURE() << "no such item";
+        return 0;
+    };
+    EXPECT_EQ(colourOf(1360, L"Bolt"), 0U);
+    EXPECT_EQ(colourOf(1361, L"Bolt"), 0U);
+    EXPECT_EQ(colourOf(1360, L"Pin"), 0x2828C8U);
+    EXPECT_EQ(colourOf(1361, L"Nut"), 0x50A000U);
+    const ui::TreeItem pin = window().trees[1360]->nextSibling(
+        window().trees[1360]->firstChild(window().trees[1360]->firstChild(nullptr)));
+    EXPECT_FALSE(window().events->onPaintItem(1309, window().trees[1360]->item(pin)).changed);
+}
+
 TEST_F(ResultsDialog, LaterVisitsKeepTheTrees) {
     dialog->Create();
     setModels({"Bolt"}, {"Bolt"});

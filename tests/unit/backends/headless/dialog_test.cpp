@@ -42,6 +42,9 @@ public:
         clicked.push_back(id);
         if (onClick) onClick(id);
     }
+    ui::ItemColours onPaintItem(int id, const ui::TreeItemData& item) override {
+        return {true, static_cast<std::uint32_t>(id), static_cast<std::uint32_t>(item.text.size())};
+    }
     void onCancel() override { ++cancels; }
 
     std::function<void()> onInit;
@@ -115,6 +118,18 @@ TEST_F(HeadlessDialog, FocusSetDuringInitStands) {
     events.onInit = [&] { dialog.setFocus(kOtherEdit); };
     dialog.createModeless(events);
     EXPECT_EQ(dialog.focus(), kOtherEdit);
+}
+
+TEST_F(HeadlessDialog, TreesAskForTheColoursOfTheirItems) {
+    const ui::TreeItem item = dialog.tree(kTree)->insertLast(nullptr, {L"Bolt", nullptr});
+    EXPECT_FALSE(dialog.paintedColours(kTree, item).changed);  // nothing paints without a window
+    dialog.createModeless(events);
+    const ui::ItemColours colours = dialog.paintedColours(kTree, item);
+    EXPECT_TRUE(colours.changed);
+    EXPECT_EQ(colours.text, static_cast<std::uint32_t>(kTree));
+    EXPECT_EQ(colours.background, 4U);
+    EXPECT_FALSE(dialog.paintedColours(kTree, nullptr).changed);
+    EXPECT_FALSE(dialog.paintedColours(kEdit, item).changed);
 }
 
 TEST_F(HeadlessDialog, CueBannerShowsOnlyWhileTheEditIsEmpty) {
