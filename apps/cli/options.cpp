@@ -24,6 +24,14 @@ Examples:
                                             keep the coloured 3D result for any viewer
   bextora -- -odd-name.step new.step        a name that begins with a dash
 
+Words:
+  product structure  added, deleted   only in COMPARE, only in REFERENCE
+                     moved            listed at another position among its siblings, perhaps only
+                                      because one before it was added or removed
+                     modified         something below it is not the same
+  3D comparison      moved            the same body, standing elsewhere or turned
+                     changed          a body of another shape in its place
+
 Exit code: 0 no differences, 1 differences, 2 trouble, 130 interrupted.)";
 
 struct Unit {

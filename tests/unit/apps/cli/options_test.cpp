@@ -102,9 +102,9 @@ TEST(CliOptions, HelpAndVersionGoToStandardOutputAndAreNoError) {
     const ParsedArguments help = parse({"--help"});
     EXPECT_FALSE(help.options);
     EXPECT_EQ(help.exitCode, 0);
-    for (const char* part :
-         {"--json", "--changes-only", "--color", "auto|always|never", "--status", "--memory-limit",
-          "--time-limit", "--keep-result", "--exit-on", "--version", "Examples:", "Exit code:"}) {
+    for (const char* part : {"--json", "--changes-only", "--color", "auto|always|never", "--status",
+                             "--memory-limit", "--time-limit", "--keep-result", "--exit-on",
+                             "--version", "Examples:", "Words:", "Exit code:"}) {
         EXPECT_NE(help.standardOutput.find(part), std::string::npos) << part;
     }
     const ParsedArguments version = parse({"--version"});
