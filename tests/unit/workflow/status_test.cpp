@@ -64,10 +64,17 @@ TEST_F(ComparerStatus, AnyOtherValueShowsNothing) {
 }
 
 TEST_F(ComparerStatus, ASuccessIsReadAgainBeforeTheReaction) {
-    services.toolkit->onCaption = [] { workflow::shared().sharedStatus = -3; };
-    runPair();
-    EXPECT_EQ(log().withPrefix("open"), Entries{"openFile /data/ref.stp"});
-    EXPECT_FALSE(state().resultPending);
+    const std::pair<Status, Entries> rows[] = {
+        {-1, {}}, {-2, {"openFile /data/cmp.stp"}}, {-3, {"openFile /data/ref.stp"}}};
+    for (const auto& [status, opened] : rows) {
+        log().clear();
+        services.toolkit->onCaption = [status = status] {
+            workflow::shared().sharedStatus = status;
+        };
+        runPair();
+        EXPECT_EQ(log().withPrefix("open"), opened) << status;
+        EXPECT_FALSE(state().resultPending) << status;
+    }
 }
 
 TEST_F(ComparerStatus, AFailedRunLeavesNoRecordAndNoDialog) {
