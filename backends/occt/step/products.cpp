@@ -108,10 +108,14 @@ private:
         const auto known = units_.find(representation);
         if (known != units_.end()) return known->second;
         const Record record = any(representation);
-        double unit = 0.0;
-        if (record.values.size() >= 3) unit = contextUnitMm(file_, record.reference(2));
-        units_[representation] = unit;
-        return unit;
+        return units_[representation] = contextUnit(record.reference(2));
+    }
+
+    /// Most representations share one context.
+    double contextUnit(std::uint64_t context) {
+        const auto [known, isNew] = contextUnits_.try_emplace(context, 0.0);
+        if (isNew && context != 0) known->second = contextUnitMm(file_, context);
+        return known->second;
     }
 
     double unitOr(std::uint64_t representation) {
@@ -347,7 +351,8 @@ private:
     Index known_;   // product definition -> product
     Index owners_;  // representation -> product
     std::unordered_map<std::uint64_t, std::uint64_t> shapeOwner_;
-    std::unordered_map<std::uint64_t, double> units_;
+    std::unordered_map<std::uint64_t, double> units_;         // by representation
+    std::unordered_map<std::uint64_t, double> contextUnits_;  // by context
     std::unordered_map<std::uint64_t, std::unordered_set<std::uint64_t>> items_;
     std::unordered_map<std::uint64_t, std::pair<std::size_t, std::size_t>> usagePlace_;
 };
@@ -459,7 +464,9 @@ bool naturalLess(const std::string& a, const std::string& b) {
     std::size_t j = 0;
     while (i < a.size() && j < b.size()) {
         if (!isDigit(a[i]) || !isDigit(b[j])) {
-            if (a[i] != b[j]) return a[i] < b[j];
+            if (a[i] != b[j]) {
+                return static_cast<unsigned char>(a[i]) < static_cast<unsigned char>(b[j]);
+            }
             ++i;
             ++j;
             continue;

@@ -1,0 +1,175 @@
+#include "backends/occt/step/attributes.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/unit/backends/occt/step/product_text.h"
+#include "tests/unit/backends/occt/step/step_file.h"
+
+namespace {
+
+using occt::step::Attributes;
+using occt::step::MetadataValues;
+using occt::step::readAttributes;
+using occt::step::readProducts;
+using step_test::kContexts;
+using step_test::product;
+using step_test::StepFile;
+using step_test::usage;
+
+std::string shown(const HPS::MetadataValue& value) {
+    std::string text = value.name + "=";
+    if (const auto* held = std::get_if<std::string>(&value.value)) return text + "'" + *held + "'";
+    if (const auto* held = std::get_if<std::int32_t>(&value.value))
+        return text + std::to_string(*held);
+    if (const auto* held = std::get_if<double>(&value.value))
+        return text + occt::step::numberText(*held) + "r";
+    if (const auto* held = std::get_if<bool>(&value.value)) return text + (*held ? "yes" : "no");
+    return text + "?";
+}
+
+std::vector<std::string> shown(const MetadataValues& values) {
+    std::vector<std::string> out;
+    for (const auto& value : values) out.push_back(shown(value));
+    return out;
+}
+
+using Texts = std::vector<std::string>;
+
+/// A property of the entity `subject` whose representation has these items.
+std::string property(int base, int subject, const std::string& name, const std::string& items) {
+    using step_test::ref;
+    return ref(base) + "=PROPERTY_DEFINITION('" + name + "','described'," + ref(subject) + ");" +
+           ref(base + 1) + "=PROPERTY_DEFINITION_REPRESENTATION(" + ref(base) + "," +
+           ref(base + 2) + ");" + ref(base + 2) + "=REPRESENTATION('',(" + items + "),$);\n";
+}
+
+Texts attributesOfPart(const std::string& text) {
+    const StepFile step(kContexts + product(10, "part", "part") + text);
+    return shown(readAttributes(step.file, readProducts(step.file)).products.at(0));
+}
+
+TEST(StepAttributes, TheHeaderNamesFileAndSystem) {
+    const occt::step::Part21 file(
+        "ISO-10303-21;HEADER;FILE_DESCRIPTION(('a','','b'),'2;1');"
+        "FILE_NAME('gear.step','2024-01-01T00:00:00',('A. Author'),(''),'pre','sys',$);"
+        "FILE_SCHEMA(('AP214'));ENDSEC;DATA;#1=A();ENDSEC;END-ISO-10303-21;");
+    EXPECT_EQ(shown(readAttributes(file, {}).file),
+              (Texts{"Header Description='a, b'", "Header File Name='gear.step'",
+                     "Header Time Stamp='2024-01-01T00:00:00'", "Header Author='A. Author'",
+                     "Header Preprocessor='pre'", "Header Originating System='sys'",
+                     "Header Schema='AP214'"}));
+}
+
+TEST(StepAttributes, ProductsHaveTheirOwnFields) {
+    const StepFile step(
+        "#1=PRODUCT('id-1','Shaft','turned',());#2=PRODUCT_DEFINITION_FORMATION('B','',#1);"
+        "#3=PRODUCT_DEFINITION('','',#2,$);#70=DOCUMENT_FILE();"
+        "#71=APPLIED_DOCUMENT_REFERENCE(#70,'',(#3));"
+        "#72=APPLIED_EXTERNAL_IDENTIFICATION_ASSIGNMENT('shaft.stp',$,$,(#70));");
+    EXPECT_EQ(shown(readAttributes(step.file, readProducts(step.file)).products.at(0)),
+              (Texts{"Description='turned'", "Filename='shaft.stp'", "Product ID='id-1'",
+                     "Version='B'"}));
+    EXPECT_EQ(attributesOfPart(""), Texts{}) << "an identifier that is the name says nothing";
+}
+
+TEST(StepAttributes, ItemsOfEachKindKeepTheirValue) {
+    EXPECT_EQ(
+        attributesOfPart(
+            property(50, 12, "user defined attribute", "#60,#61,#62,#63,#64,#65,#66,#67,#68") +
+            "#60=DESCRIPTIVE_REPRESENTATION_ITEM('text','it''s');"
+            "#61=INTEGER_REPRESENTATION_ITEM('count',42);"
+            "#62=REAL_REPRESENTATION_ITEM('factor',0.5);"
+            "#63=BOOLEAN_REPRESENTATION_ITEM('yes',.T.);"
+            "#64=MEASURE_REPRESENTATION_ITEM('length',LENGTH_MEASURE(2.5),#901);"
+            "#65=(MASS_MEASURE_WITH_UNIT()MEASURE_REPRESENTATION_ITEM()MEASURE_WITH_UNIT("
+            "MASS_MEASURE(3.),#912)REPRESENTATION_ITEM('mass'));"
+            "#66=VALUE_REPRESENTATION_ITEM('typed',COUNT_MEASURE(7.));"
+            "#67=INTEGER_REPRESENTATION_ITEM('large',5000000000);"
+            "#68=CARTESIAN_POINT('none',(1.,2.,3.));"),
+        (Texts{"count=42", "factor=0.5r", "large=5e+09r", "length='2.5 mm'", "mass='3 in'",
+               "text='it's'", "typed=7r", "yes=yes"}));
+}
+
+TEST(StepAttributes, APropertyNamesItsOnlyValue) {
+    EXPECT_EQ(attributesOfPart(property(50, 12, "Material", "#60") +
+                               "#60=DESCRIPTIVE_REPRESENTATION_ITEM('x','steel');"),
+              (Texts{"Material='steel'"}));
+    EXPECT_EQ(attributesOfPart(property(50, 12, "Material", "#60,#61") +
+                               "#60=DESCRIPTIVE_REPRESENTATION_ITEM('grade','steel');"
+                               "#61=DESCRIPTIVE_REPRESENTATION_ITEM('','soft');"),
+              (Texts{"Material='soft'", "grade='steel'"}));
+    EXPECT_EQ(attributesOfPart(property(50, 12, "user defined attribute", "#60") +
+                               "#60=DESCRIPTIVE_REPRESENTATION_ITEM('','steel');"),
+              (Texts{"described='steel'"}));
+}
+
+TEST(StepAttributes, GeneralPropertiesNameProperties) {
+    EXPECT_EQ(attributesOfPart(property(50, 12, "user defined attribute", "#60") +
+                               "#60=DESCRIPTIVE_REPRESENTATION_ITEM('','steel');"
+                               "#61=GENERAL_PROPERTY('','Material','');"
+                               "#62=GENERAL_PROPERTY_ASSOCIATION('','',#61,#50);"),
+              (Texts{"Material='steel'"}));
+}
+
+TEST(StepAttributes, WhatChecksReadersIsLeftOut) {
+    EXPECT_EQ(attributesOfPart(property(50, 12, "geometric validation property", "#60") +
+                               property(55, 12, "attribute type designation", "#60") +
+                               "#60=MEASURE_REPRESENTATION_ITEM('volume',VOLUME_MEASURE(1.),$);"),
+              Texts{});
+}
+
+TEST(StepAttributes, BrokenPropertiesAreLeftOut) {
+    EXPECT_EQ(attributesOfPart(property(50, 99, "a", "#60") + property(55, 12, "b", "#99,$,1") +
+                               "#60=DESCRIPTIVE_REPRESENTATION_ITEM('','x');"
+                               "#70=PROPERTY_DEFINITION_REPRESENTATION(#99,#98);"
+                               "#71=PROPERTY_DEFINITION_REPRESENTATION(#55,#98);"
+                               "#72=PROPERTY_DEFINITION_REPRESENTATION();"),
+              Texts{});
+}
+
+TEST(StepAttributes, UsagesHaveTheirOwn) {
+    const std::string text = kContexts + product(10, "", "top") + product(20, "", "part") +
+                             usage(100, 10, 20, 0) + property(50, 104, "Position", "#60") +
+                             property(55, 105, "Torque", "#61") +
+                             "#60=INTEGER_REPRESENTATION_ITEM('',3);"
+                             "#61=REAL_REPRESENTATION_ITEM('',8.5);";
+    const StepFile step(text);
+    const Attributes attributes = readAttributes(step.file, readProducts(step.file));
+    ASSERT_EQ(attributes.usages.count(104), 1U);
+    EXPECT_EQ(shown(attributes.usages.at(104)), (Texts{"Position=3", "Torque=8.5r"}));
+    EXPECT_EQ(shown(attributes.products.at(1)), Texts{});
+}
+
+TEST(StepAttributes, TheOrderOfTheFilePlaysNoPart) {
+    const std::string items =
+        "#60=BOOLEAN_REPRESENTATION_ITEM('',.T.);#61=BOOLEAN_REPRESENTATION_ITEM('',.F.);"
+        "#62=INTEGER_REPRESENTATION_ITEM('',2);#63=INTEGER_REPRESENTATION_ITEM('',10);";
+    std::string properties[] = {property(30, 12, "P", "#60"), property(33, 12, "P", "#61"),
+                                property(36, 12, "P", "#62"), property(40, 12, "P", "#63")};
+    const Texts expected = {"P=2", "P=10", "P=no", "P=yes"};
+    std::string forward;
+    std::string backward;
+    for (const std::string& text : properties) {
+        forward += text;
+        backward = text + backward;
+    }
+    EXPECT_EQ(attributesOfPart(items + forward), expected);
+    EXPECT_EQ(attributesOfPart(items + backward), expected);
+}
+
+TEST(StepAttributes, FeaturesAreNamedByTheirKind) {
+    const StepFile step(kContexts + product(10, "", "part") +
+                        "#50=ROUND_HOLE('H7','',#13,.T.);#51=COMPOUND_FEATURE('','',#13,.T.);"
+                        "#52=DATUM_FEATURE('A','',#13,.T.);#53=POCKET('lost','',#99,.T.);");
+    const auto features = readFeatures(step.file, readProducts(step.file));
+    EXPECT_EQ(shown(features.at(0)),
+              (Texts{"Feature='compound feature'", "Feature='round hole H7'"}));
+}
+
+TEST(StepAttributes, NumbersHaveTheirShortestText) {
+    EXPECT_EQ(occt::step::numberText(0.1), "0.1");
+    EXPECT_EQ(occt::step::numberText(-2.0), "-2");
+    EXPECT_EQ(occt::step::numberText(1e300), "1e+300");
+}
+
+}  // namespace
