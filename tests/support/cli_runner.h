@@ -12,6 +12,13 @@
 /// Runs the real program as a user would and looks at what it leaves behind.
 namespace support {
 
+/// Sanitizers reserve terabytes of addresses, so helpers run without a memory limit under them.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kSanitized = true;
+#else
+constexpr bool kSanitized = false;
+#endif
+
 /// A folder of its own below the machine's temporary folder; gone with the object.
 class ScratchFolder {
 public:

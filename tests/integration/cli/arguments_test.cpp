@@ -97,6 +97,7 @@ TEST(CliArguments, PartAgainstAssemblyShowsTheBoxAndAsksNoThirdTime) {
 }
 
 TEST(CliArguments, LimitsReachTheHelpers) {
+    if (support::kSanitized) GTEST_SKIP() << "a sanitizer reserves more than any limit allows";
     expectTrouble(run({"--memory-limit", "1M", cli_files::kReference, cli_files::kCompare}),
                   "gearbox_");
 }
