@@ -134,6 +134,24 @@ TEST_F(CliPlugin, MissingOneIsNamed) {
     expectRefused("the compare plug-in is missing");
 }
 
+TEST_F(CliPlugin, ComparesWithoutTheExchangeLibraryAndSaysSo) {
+    const fs::path built = fs::path(support::programPath()).parent_path();
+    fs::copy_file(built / "libcompareplugin.so", plugin());
+    const CliResult without = run();
+    EXPECT_EQ(without.exitCode, 1) << without.description();
+    EXPECT_NE(without.standardError.find("ERROR: function A3DComputePhysicalProperties is null\n"),
+              std::string::npos)
+        << without.description();
+    EXPECT_NE(without.standardError.find("ERROR: 6 null functions\n"), std::string::npos)
+        << without.description();
+
+    fs::copy_file(built / "A3DLIBS.dll", scratch_.path() / "A3DLIBS.dll");
+    const CliResult with = run();
+    EXPECT_EQ(with.exitCode, 1) << with.description();
+    EXPECT_EQ(with.standardError.find("ERROR"), std::string::npos) << with.description();
+    EXPECT_EQ(with.standardOutput, without.standardOutput);
+}
+
 TEST_F(CliPlugin, WhatIsNoLibraryIsRefused) {
     scratch_.write("libcompareplugin.so", "no library");
     expectRefused("can't be loaded");
