@@ -43,6 +43,8 @@ std::optional<HPS::Exchange::ImportCause> readInput(const std::string& path, std
     file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     bytes.resize(static_cast<std::size_t>(file.gcount()));
     if (file.bad() || bytes.empty()) return cause("unreadable", path + " cannot be read.");
+    // Some editors put a byte order mark in front; it is no part of the text.
+    if (bytes.starts_with("\xEF\xBB\xBF")) bytes.erase(0, 3);
     return std::nullopt;
 }
 

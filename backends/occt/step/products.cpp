@@ -17,6 +17,10 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
+bool isBlank(const std::string& text) {
+    return text.find_first_not_of(" \t") == std::string::npos;
+}
+
 /// Usages below a product in the order in which their numbers are final.
 bool usageLess(const Products& all, const ProductUsage& a, const ProductUsage& b) {
     if (a.id != b.id) return naturalLess(a.id, b.id);
@@ -76,7 +80,9 @@ private:
                 const Record owner = any(formation.reference(2));
                 if (owner.keyword == "PRODUCT") {
                     product.id = owner.text(0);
-                    product.name = owner.text(1).empty() ? owner.text(0) : owner.text(1);
+                    for (const std::size_t place : {std::size_t{0}, std::size_t{1}}) {
+                        if (!isBlank(owner.text(place))) product.name = owner.text(place);
+                    }
                     product.description = owner.text(2);
                 }
                 known_[product.instance] = out_.products.size();

@@ -24,7 +24,7 @@ struct ProductUsage {
 /// One product definition.
 struct Product {
     std::uint64_t instance = 0;  ///< number of the product definition in the file
-    std::string name;            ///< of the product; its identifier when it has no name
+    std::string name;            ///< of the product, else its identifier; empty for blanks
     std::string id;
     std::string description;
     double unitMm = 1.0;

@@ -61,11 +61,14 @@ TEST(StepProducts, ProductsHaveTheirOwnFields) {
 
 TEST(StepProducts, AProductWithoutANameTakesItsIdentifier) {
     const StepFile step(kContexts + product(10, "id-1", "") + product(20, "", "") +
+                        product(40, "id-4", " ") + product(50, " ", "\t") +
                         "#30=PRODUCT_DEFINITION('','',#99,$);");
     const Products products = readProducts(step.file);
     EXPECT_EQ(products.products[0].name, "id-1");
     EXPECT_EQ(products.products[1].name, "");
-    EXPECT_EQ(products.products[2].name, "");
+    EXPECT_EQ(products.products[2].name, "id-4");
+    EXPECT_EQ(products.products[3].name, "") << "blanks are no name";
+    EXPECT_EQ(products.products[4].name, "");
 }
 
 TEST(StepProducts, UnitsAreThoseOfTheRepresentation) {
