@@ -82,7 +82,8 @@ BodyClasses::Membership BodyClasses::classify(const Body& body) {
         const auto known = byDigest_.find(body.digest);
         if (known != byDigest_.end()) return known->second;
     }
-    const std::optional<Membership> equal = body.identity ? findEqual(body) : std::nullopt;
+    const std::optional<Membership> equal =
+        body.identity ? findEqual(body) : findEqualUnmeasured(body);
     const Membership membership = equal ? *equal : newClass(body);
     if (!body.digest.empty()) byDigest_.emplace(body.digest, membership);
     return membership;
@@ -92,7 +93,11 @@ BodyClasses::Membership BodyClasses::newClass(const Body& body) {
     const auto number = static_cast<std::uint32_t>(firsts_.size());
     firsts_.push_back(&body);
     symmetries_.emplace_back();
-    if (body.identity) byIdentity_[identityKey(*body.identity, 0)].push_back(number);
+    if (body.identity) {
+        byIdentity_[identityKey(*body.identity, 0)].push_back(number);
+    } else if (const FeatureCloud* const features = cloud(body, Sort::Lasting)) {
+        unmeasured_[features->features().size()].push_back(number);
+    }
     return {number, gp_Trsf()};
 }
 
@@ -101,16 +106,39 @@ std::optional<BodyClasses::Membership> BodyClasses::findEqual(const Body& body) 
         const auto bucket = byIdentity_.find(identityKey(*body.identity, neighbour));
         if (bucket == byIdentity_.end()) continue;
         for (const std::uint32_t number : bucket->second) {
-            const Body& first = *firsts_[number];
-            if (!sameIdentity(*first.identity, *body.identity, tolerances_.relative)) continue;
-            const bool rewritten = first.identity->surfaceKinds != body.identity->surfaceKinds;
-            const Sort sort = rewritten ? Sort::EdgesOnly : Sort::All;
-            const FeatureCloud* const from = cloud(first, sort);
-            const FeatureCloud* const to = cloud(body, sort);
-            if (from == nullptr || to == nullptr) continue;
-            const auto motion = findMotion(*from, *to, toleranceMm(body.radiusMm));
-            if (motion && keepsCentre(first, body, *motion)) return Membership{number, *motion};
+            if (!sameIdentity(*first(number).identity, *body.identity, tolerances_.relative)) {
+                continue;
+            }
+            if (const auto equal = equalTo(number, body)) return equal;
         }
+    }
+    return std::nullopt;
+}
+
+std::optional<BodyClasses::Membership> BodyClasses::findEqualUnmeasured(const Body& body) {
+    const FeatureCloud* const features = cloud(body, Sort::Lasting);
+    if (features == nullptr) return std::nullopt;
+    const auto bucket = unmeasured_.find(features->features().size());
+    if (bucket == unmeasured_.end()) return std::nullopt;
+    for (const std::uint32_t number : bucket->second) {
+        if (const auto equal = equalTo(number, body)) return equal;
+    }
+    return std::nullopt;
+}
+
+std::optional<BodyClasses::Membership> BodyClasses::equalTo(std::uint32_t bodyClass,
+                                                            const Body& body) {
+    const Body& model = first(bodyClass);
+    const auto fits = [&](const gp_Trsf& motion) {
+        return keepsCentre(model, body, motion) &&
+               coincide(boundary(model), boundary(body), motion);
+    };
+    for (const Sort sort : {Sort::All, Sort::Lasting}) {
+        const FeatureCloud* const from = cloud(model, sort);
+        const FeatureCloud* const to = cloud(body, sort);
+        if (from == nullptr || to == nullptr) continue;
+        const auto motion = findMotion(*from, *to, toleranceMm(body.radiusMm), fits);
+        if (motion) return Membership{bodyClass, *motion};
     }
     return std::nullopt;
 }
@@ -119,13 +147,19 @@ const FeatureCloud* BodyClasses::cloud(const Body& body, Sort sort) {
     const auto entry = clouds_.try_emplace({&body, sort});
     if (entry.second) {
         auto features = featuresOf(body.shape);
-        if (features && sort == Sort::EdgesOnly) std::erase_if(*features, isOfSurface);
+        if (features && sort == Sort::Lasting) std::erase_if(*features, isOfForm);
         if (features && !features->empty()) {
             entry.first->second = std::make_unique<FeatureCloud>(std::move(*features),
                                                                  4.0 * toleranceMm(body.radiusMm));
         }
     }
     return entry.first->second.get();
+}
+
+const Boundary& BodyClasses::boundary(const Body& body) {
+    auto& entry = boundaries_[&body];
+    if (!entry) entry = std::make_unique<Boundary>(body.shape, toleranceMm(body.radiusMm));
+    return *entry;
 }
 
 double BodyClasses::toleranceMm(double radiusMm) const {
@@ -145,6 +179,7 @@ bool BodyClasses::staysInPlace(std::uint32_t bodyClass, const gp_Trsf& motion) {
     if (seen) return true;
     const FeatureCloud* const features = cloud(body, Sort::All);
     if (features == nullptr || !coincide(*features, *features, motion, tolerance)) return false;
+    if (!coincide(boundary(body), boundary(body), motion)) return false;
     known.push_back(motion);
     return true;
 }

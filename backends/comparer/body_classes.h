@@ -9,6 +9,7 @@
 
 #include <gp_Trsf.hxx>
 
+#include "backends/comparer/boundary.h"
 #include "backends/comparer/feature_cloud.h"
 #include "backends/comparer/instances.h"
 #include "backends/comparer/tolerances.h"
@@ -50,8 +51,12 @@ private:
     Membership classify(const Body& body);
     Membership newClass(const Body& body);
     std::optional<Membership> findEqual(const Body& body);
-    enum class Sort { All, EdgesOnly };
+    std::optional<Membership> findEqualUnmeasured(const Body& body);
+    std::optional<Membership> equalTo(std::uint32_t bodyClass, const Body& body);
+    /// Features of any kind, or those that don't come from the form in which a body is written.
+    enum class Sort { All, Lasting };
     const FeatureCloud* cloud(const Body& body, Sort sort);
+    const Boundary& boundary(const Body& body);
 
     Tolerances tolerances_;
     std::vector<Membership> reference_;
@@ -60,7 +65,10 @@ private:
     std::unordered_map<std::string, Membership> byDigest_;
     /// Classes by face count and rounded logarithm of the area.
     std::map<std::pair<std::int32_t, std::int64_t>, std::vector<std::uint32_t>> byIdentity_;
+    /// Classes of bodies without an identity, such as wires, by their number of features.
+    std::map<std::size_t, std::vector<std::uint32_t>> unmeasured_;
     std::map<std::pair<const Body*, Sort>, std::unique_ptr<FeatureCloud>> clouds_;
+    std::map<const Body*, std::unique_ptr<Boundary>> boundaries_;
     /// Motions that were found to leave a class in place, beyond small ones.
     std::vector<std::vector<gp_Trsf>> symmetries_;
 };

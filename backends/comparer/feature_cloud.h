@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <unordered_map>
 #include <vector>
@@ -39,9 +40,11 @@ private:
 bool coincide(const FeatureCloud& a, const FeatureCloud& b, const gp_Trsf& motion,
               double toleranceMm);
 
-/// A rigid motion without mirroring that puts `from` on `to`; empty when there is none. When
-/// several do (symmetric bodies), the one nearest to no motion at all of those that are tried.
+/// A rigid motion without mirroring that puts `from` on `to` and that `fits` agrees to; empty when
+/// there is none. When several do (symmetric bodies), the one nearest to no motion at all of those
+/// that are tried. `fits` is asked about few motions, since it may take its time.
 std::optional<gp_Trsf> findMotion(const FeatureCloud& from, const FeatureCloud& to,
-                                  double toleranceMm);
+                                  double toleranceMm,
+                                  const std::function<bool(const gp_Trsf&)>& fits);
 
 }  // namespace comparer

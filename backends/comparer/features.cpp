@@ -23,6 +23,7 @@
 #include <gp_Torus.hxx>
 
 #include "backends/comparer/point_grid.h"
+#include "backends/comparer/rims.h"
 
 namespace comparer {
 namespace {
@@ -45,6 +46,9 @@ public:
         for (Standard_Integer i = 1; i <= ends_.Extent(); ++i) {
             addCorner(TopoDS::Vertex(ends_.FindKey(i)), ends_(i));
         }
+        for (const Rim& rim : rims_.rims()) {
+            add(Feature::Kind::RimCentre, rim.centre, rim.lengthMm);
+        }
         for (TopExp_Explorer it(shape, TopAbs_VERTEX, TopAbs_EDGE); it.More(); it.Next()) {
             add(Feature::Kind::Corner, BRep_Tool::Pnt(TopoDS::Vertex(it.Current())));
         }
@@ -52,7 +56,12 @@ public:
     }
 
 private:
-    using Directions = std::vector<gp_Vec>;
+    /// An edge that leaves a vertex.
+    struct End {
+        std::size_t edge = 0;
+        gp_Vec direction;
+    };
+    using Ends = std::vector<End>;
 
     void add(Feature::Kind kind, const gp_Pnt& point, double sizeMm = 0.0) {
         const Feature feature{kind, point, sizeMm};
@@ -142,11 +151,13 @@ private:
             add(Feature::Kind::CircleCentre, curve.Ellipse().Location(),
                 curve.Ellipse().MajorRadius());
         }
+        rims_.addEdge(curve);
         addEnd(TopExp::FirstVertex(edge), curve, curve.FirstParameter(), 1.0);
         addEnd(TopExp::LastVertex(edge), curve, curve.LastParameter(), -1.0);
+        ++edges_;
     }
 
-    /// Remembers in which direction an edge leaves one of its vertices.
+    /// Remembers in which direction the last edge leaves one of its vertices.
     void addEnd(const TopoDS_Vertex& vertex, const BRepAdaptor_Curve& curve, double parameter,
                 double sign) {
         if (vertex.IsNull()) return;
@@ -155,18 +166,18 @@ private:
         curve.D1(parameter, point, tangent);
         const TopoDS_Shape plain = vertex.Oriented(TopAbs_FORWARD);
         const Standard_Integer known = ends_.FindIndex(plain);
-        const Standard_Integer number = known > 0 ? known : ends_.Add(plain, Directions());
-        ends_.ChangeFromIndex(number).push_back(tangent * sign);
+        const Standard_Integer number = known > 0 ? known : ends_.Add(plain, Ends());
+        ends_.ChangeFromIndex(number).push_back({edges_, tangent * sign});
     }
 
-    void addCorner(const TopoDS_Vertex& vertex, const Directions& directions) {
-        if (directions.size() == 2) {
-            const gp_Vec& a = directions[0];
-            const gp_Vec& b = directions[1];
+    void addCorner(const TopoDS_Vertex& vertex, const Ends& ends) {
+        if (ends.size() == 2) {
+            const gp_Vec& a = ends[0].direction;
+            const gp_Vec& b = ends[1].direction;
             const double tiny = 1e-12;
             const bool smooth =
                 a.Magnitude() > tiny && b.Magnitude() > tiny && a.Angle(b.Reversed()) < kSmoothRad;
-            if (smooth) return;
+            if (smooth) return rims_.join(ends[0].edge, ends[1].edge);
         }
         add(Feature::Kind::Corner, BRep_Tool::Pnt(vertex));
     }
@@ -174,14 +185,17 @@ private:
     std::vector<Feature> features_;
     PointGrid grid_{4.0 * kSameMm};
     TopTools_MapOfShape seams_;
-    /// Directions in which edges leave a vertex.
-    NCollection_IndexedDataMap<TopoDS_Shape, Directions, TopTools_ShapeMapHasher> ends_;
+    std::size_t edges_ = 0;
+    RimFinder rims_;
+    /// Edges that leave a vertex.
+    NCollection_IndexedDataMap<TopoDS_Shape, Ends, TopTools_ShapeMapHasher> ends_;
 };
 
 }  // namespace
 
-bool isOfSurface(const Feature& feature) {
+bool isOfForm(const Feature& feature) {
     switch (feature.kind) {
+        case Feature::Kind::CircleCentre:
         case Feature::Kind::ConeApex:
         case Feature::Kind::SphereCentre:
         case Feature::Kind::TorusAxis:

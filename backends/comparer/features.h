@@ -16,6 +16,7 @@ struct Feature {
     enum class Kind : std::uint8_t {
         Corner,         ///< where edges meet, unless two run on smoothly
         CircleCentre,   ///< of an edge that is an arc of a circle or ellipse; `sizeMm`: radius
+        RimCentre,      ///< of edges that run on smoothly, not all straight; `sizeMm`: length
         ConeApex,       ///< may lie off the face
         SphereCentre,   ///< `sizeMm` is the radius
         TorusAxis,      ///< a major radius off the centre, both ways; `sizeMm` is the minor one
@@ -28,9 +29,9 @@ struct Feature {
     double sizeMm = 0.0;
 };
 
-/// Whether a feature comes from the form in which a surface is written, which another writer may
-/// change without changing the body.
-bool isOfSurface(const Feature& feature);
+/// Whether a feature comes from the form in which a surface or curve is written, which another
+/// writer may change without changing the body.
+bool isOfForm(const Feature& feature);
 
 /// Whether two features are alike but for their place.
 bool sameSort(const Feature& a, const Feature& b, double toleranceMm);

@@ -300,7 +300,8 @@ private:
         };
         fill(reference_, &Group::reference);
         fill(compare_, &Group::compare);
-        for (const auto& [path, group] : groups) {
+        for (auto& [path, group] : groups) {
+            takeTwins(group);
             for (const Pair& pair :
                  pairUp(group.reference, group.compare, Preference::Order, 0.0)) {
                 Match match;
@@ -311,6 +312,30 @@ private:
                         static_cast<std::size_t>(pair.compare));
             }
         }
+    }
+
+    /// However a body is placed: what has the same content and placement on both sides is equal.
+    void takeTwins(Group& group) {
+        const auto isTaken = [](const Pool& pool) {
+            return [&](const Candidate& candidate) {
+                return pool.partner[static_cast<std::size_t>(candidate.instance)] != Match::kNone;
+            };
+        };
+        for (const Candidate& candidate : group.reference) {
+            const auto r = static_cast<std::size_t>(candidate.instance);
+            for (const Candidate& other : group.compare) {
+                const auto c = static_cast<std::size_t>(other.instance);
+                if (compare_.partner[c] != Match::kNone) continue;
+                if (evidenceFor(r, c) != MatchEvidence::IdenticalContent) continue;
+                Match match;
+                match.state = GeometryState::Unchanged;
+                match.evidence = MatchEvidence::IdenticalContent;
+                connect(match, r, c);
+                break;
+            }
+        }
+        std::erase_if(group.reference, isTaken(reference_));
+        std::erase_if(group.compare, isTaken(compare_));
     }
 
     void addLeftOvers() {

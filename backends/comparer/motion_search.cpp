@@ -14,6 +14,8 @@ namespace {
 /// Candidate motions that are tried before two clouds count as different. A round body of a
 /// thousand teeth needs a thousand.
 constexpr int kMostTrials = 20000;
+/// Motions that put the features in place and are then looked at closely.
+constexpr int kMostFits = 200;
 
 gp_Trsf motionOf(const gp_Mat& rotation, const gp_Pnt& from, const gp_Pnt& to) {
     gp_Trsf turn;
@@ -54,12 +56,13 @@ struct Anchors {
 
 class MotionSearch {
 public:
-    MotionSearch(const FeatureCloud& from, const FeatureCloud& to, double toleranceMm)
-        : from_(from), to_(to), tolerance_(toleranceMm) {}
+    MotionSearch(const FeatureCloud& from, const FeatureCloud& to, double toleranceMm,
+                 const std::function<bool(const gp_Trsf&)>& fits)
+        : from_(from), to_(to), tolerance_(toleranceMm), fits_(fits) {}
 
     std::optional<gp_Trsf> run() {
         // Files of one model mostly keep its coordinates.
-        if (coincide(from_, to_, gp_Trsf(), tolerance_)) return gp_Trsf();
+        if (tryMotion(gp_Trsf())) return best_;
         if (from_.features().size() != to_.features().size()) return std::nullopt;
         if (tryRotation(identity())) return best_;
         const Anchors anchors = chooseAnchors();
@@ -71,7 +74,7 @@ public:
                              return rotationAngle(a) < rotationAngle(b) - 1e-9;
                          });
         for (const gp_Mat& rotation : rotations_) {
-            if (tryRotation(rotation)) break;
+            if (fitsAsked_ >= kMostFits || tryRotation(rotation)) break;
         }
         return best_;
     }
@@ -182,8 +185,13 @@ private:
     }
 
     bool tryRotation(const gp_Mat& rotation) {
-        const gp_Trsf motion = motionOf(rotation, from_.centre(), to_.centre());
+        return tryMotion(motionOf(rotation, from_.centre(), to_.centre()));
+    }
+
+    bool tryMotion(const gp_Trsf& motion) {
         if (!coincide(from_, to_, motion, tolerance_)) return false;
+        ++fitsAsked_;
+        if (!fits_(motion)) return false;
         best_ = motion;
         return true;
     }
@@ -191,6 +199,8 @@ private:
     const FeatureCloud& from_;
     const FeatureCloud& to_;
     double tolerance_;
+    const std::function<bool(const gp_Trsf&)>& fits_;
+    int fitsAsked_ = 0;
     std::vector<gp_Mat> rotations_;
     std::optional<gp_Trsf> best_;
 };
@@ -198,8 +208,9 @@ private:
 }  // namespace
 
 std::optional<gp_Trsf> findMotion(const FeatureCloud& from, const FeatureCloud& to,
-                                  double toleranceMm) {
-    return MotionSearch(from, to, toleranceMm).run();
+                                  double toleranceMm,
+                                  const std::function<bool(const gp_Trsf&)>& fits) {
+    return MotionSearch(from, to, toleranceMm, fits).run();
 }
 
 }  // namespace comparer

@@ -94,16 +94,17 @@ AtHome bringHome(const TopoDS_Shape& body) {
     return {BRepBuilderAPI_Transform(body, home, Standard_True).Shape(), middle};
 }
 
+constexpr std::size_t kOtherKind = 5;
+
 std::size_t kindIndex(const TopoDS_Face& face) {
-    constexpr std::size_t kOther = 5;
-    if (isMeshFace(face)) return kOther;
+    if (isMeshFace(face)) return kOtherKind;
     switch (BRepAdaptor_Surface(face, Standard_False).GetType()) {
         case GeomAbs_Plane: return 0;
         case GeomAbs_Cylinder: return 1;
         case GeomAbs_Cone: return 2;
         case GeomAbs_Sphere: return 3;
         case GeomAbs_Torus: return 4;
-        default: return kOther;
+        default: return kOtherKind;
     }
 }
 
@@ -112,6 +113,21 @@ void countFaces(const TopoDS_Shape& body, bxtexchange::BodyIdentity& identity) {
         ++identity.faceCount;
         ++identity.surfaceKinds[kindIndex(TopoDS::Face(faces.Current()))];
     }
+}
+
+/// Relative error that the integrals over free-form faces may have. Without a limit they are off
+/// by up to a per cent.
+constexpr double kIntegrationError = 1e-6;
+
+/// Whether there are free-form faces and no triangles, which only the plain way measures.
+bool isFreeForm(const TopoDS_Shape& body) {
+    bool anyFreeForm = false;
+    for (TopExp_Explorer faces(body, TopAbs_FACE); faces.More(); faces.Next()) {
+        const TopoDS_Face& face = TopoDS::Face(faces.Current());
+        if (isMeshFace(face)) return false;
+        anyFreeForm = anyFreeForm || kindIndex(face) == kOtherKind;
+    }
+    return anyFreeForm;
 }
 
 /// False when the numbers are of no use.
@@ -137,8 +153,13 @@ std::optional<bxtexchange::BodyIdentity> measure(const TopoDS_Shape& body) {
     if (identity.faceCount == 0) return std::nullopt;
 
     const AtHome atHome = bringHome(body);
+    const bool freeForm = isFreeForm(atHome.body);
     GProp_GProps surface;
-    BRepGProp::SurfaceProperties(atHome.body, surface);
+    if (freeForm) {
+        BRepGProp::SurfaceProperties(atHome.body, surface, kIntegrationError);
+    } else {
+        BRepGProp::SurfaceProperties(atHome.body, surface);
+    }
     identity.areaMm2 = surface.Mass();
     if (!std::isfinite(identity.areaMm2) || identity.areaMm2 <= 0.0) return std::nullopt;
 
@@ -147,7 +168,11 @@ std::optional<bxtexchange::BodyIdentity> measure(const TopoDS_Shape& body) {
         return identity;
     }
     GProp_GProps volume;
-    BRepGProp::VolumeProperties(atHome.body, volume);
+    if (freeForm) {
+        BRepGProp::VolumeProperties(atHome.body, volume, kIntegrationError);
+    } else {
+        BRepGProp::VolumeProperties(atHome.body, volume);
+    }
     identity.volumeMm3 = std::abs(volume.Mass());
     const bool measured = std::isfinite(identity.volumeMm3) && identity.volumeMm3 > 0.0;
     if (!measured || !takeMoments(volume, atHome.home, identity)) return std::nullopt;

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 #include <BRepBuilderAPI_MakeFace.hxx>
+#include <BRepBuilderAPI_NurbsConvert.hxx>
 #include <BRepPrimAPI_MakeCone.hxx>
 #include <BRepPrimAPI_MakeSphere.hxx>
 #include <BRepPrimAPI_MakeTorus.hxx>
@@ -55,6 +56,22 @@ TEST(BodyIdentity, RoundBodiesHaveTheirAnalyticValues) {
         EXPECT_NEAR(identity->volumeMm3, row.volume, 1e-6 * row.volume);
         EXPECT_NEAR(identity->areaMm2, row.area, 1e-6 * row.area);
         EXPECT_EQ(identity->surfaceKinds, row.kinds);
+    }
+}
+
+TEST(BodyIdentity, FreeFormFacesAreMeasuredAsWellAsThePlainOnesTheyStandFor) {
+    for (const TopoDS_Shape& shape : {shapes::plate(30, 20), shapes::crossTube(200.0)}) {
+        const auto plain = bodyIdentity(shape);
+        const auto free = bodyIdentity(BRepBuilderAPI_NurbsConvert(shape).Shape());
+        ASSERT_TRUE(plain && free);
+        ASSERT_GT(free->surfaceKinds[5], 0);
+        EXPECT_NEAR(free->volumeMm3, plain->volumeMm3, 5e-6 * plain->volumeMm3);
+        EXPECT_NEAR(free->areaMm2, plain->areaMm2, 5e-6 * plain->areaMm2);
+        for (std::size_t i = 0; i < 3; ++i) {
+            EXPECT_NEAR(free->principalMoments[i], plain->principalMoments[i],
+                        2e-5 * plain->principalMoments[2]);
+            EXPECT_NEAR(free->centroidMm[i], plain->centroidMm[i], 1e-3);
+        }
     }
 }
 

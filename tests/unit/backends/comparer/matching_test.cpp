@@ -1,6 +1,7 @@
 #include "backends/comparer/matching.h"
 
 #include <gtest/gtest.h>
+#include <BRepBuilderAPI_NurbsConvert.hxx>
 
 #include "tests/unit/backends/comparer/fake_model.h"
 #include "tests/unit/backends/comparer/shapes.h"
@@ -127,6 +128,103 @@ TEST(Matching, SmallMoveOfAHoleThatNoIntegralShowsIsAChange) {
     FakeModel b;
     b.part(b.top(), "Plate", after);
     EXPECT_EQ(states(matchModels(a, b)), (std::vector{GeometryState::Changed}));
+}
+
+/// The rims of such a hole are neither circles nor have they corners, and the hole is too small
+/// for any integral.
+TEST(Matching, CrossHoleWithoutCirclesOrCornersIsFound) {
+    const auto before = shapes::crossTube(200.0);
+    for (const TopoDS_Shape& after :
+         {shapes::crossTube(200.01), shapes::crossTube(205.0), shapes::crossTube(200.0, 2.005)}) {
+        ASSERT_TRUE(comparer::sameIdentity(*occt::bodyIdentity(before), *occt::bodyIdentity(after),
+                                           comparer::Tolerances().relative));
+        FakeModel a;
+        a.part(a.top(), "Tube", before);
+        FakeModel b;
+        b.part(b.top(), "Tube", after);
+        EXPECT_EQ(states(matchModels(a, b)), (std::vector{GeometryState::Changed}));
+    }
+}
+
+TEST(Matching, TurnOfABodyThatIsAlmostRoundIsSeen) {
+    FakeModel a;
+    a.part(a.top(), "Tube", shapes::crossTube(200.0));
+    FakeModel placed;
+    placed.part(placed.top(), "Tube", shapes::crossTube(200.0), shapes::turnedZ(1));
+    FakeModel baked;
+    baked.part(baked.top(), "Tube", shapes::baked(shapes::crossTube(200.0), shapes::turnedZ(1)));
+    for (const FakeModel* b : {&placed, &baked}) {
+        const auto matches = matchModels(a, *b);
+        ASSERT_EQ(matches.size(), 1U);
+        EXPECT_EQ(matches[0].state, GeometryState::Moved);
+        EXPECT_NEAR(matches[0].rotationDeg, 1.0, 1e-3);
+    }
+}
+
+TEST(Matching, LocalBendOfAFreeFormFaceIsAChange) {
+    FakeModel a;
+    a.part(a.top(), "Hood", shapes::hood(0.0));
+    for (const double pullMm : {0.02, 0.5}) {
+        FakeModel b;
+        b.part(b.top(), "Hood", shapes::hood(pullMm));
+        EXPECT_EQ(states(matchModels(a, b)), (std::vector{GeometryState::Changed})) << pullMm;
+    }
+    FakeModel tiny;
+    tiny.part(tiny.top(), "Hood", shapes::hood(1e-5));
+    EXPECT_EQ(states(matchModels(a, tiny)), (std::vector{GeometryState::Unchanged}));
+}
+
+TEST(Matching, FormInWhichABodyIsWrittenPlaysNoPart) {
+    for (const TopoDS_Shape& shape :
+         {shapes::plate(30, 20), shapes::box(1, 2, 3), shapes::crossTube(200.0)}) {
+        FakeModel a;
+        a.part(a.top(), "P", shape);
+        FakeModel b;
+        b.part(b.top(), "P", BRepBuilderAPI_NurbsConvert(shape).Shape());
+        const auto matches = matchModels(a, b);
+        ASSERT_EQ(matches.size(), 1U);
+        EXPECT_EQ(matches[0].state, GeometryState::Unchanged);
+        EXPECT_EQ(matches[0].evidence, MatchEvidence::Identity);
+    }
+}
+
+TEST(Matching, BodyInsideOutIsTheSameBody) {
+    FakeModel a;
+    a.part(a.top(), "P", shapes::plate(30, 20));
+    FakeModel b;
+    b.part(b.top(), "P", shapes::plate(30, 20).Reversed());
+    EXPECT_EQ(states(matchModels(a, b)), (std::vector{GeometryState::Unchanged}));
+}
+
+TEST(Matching, BodyFarFromTheOriginIsComparedAsElsewhere) {
+    const gp_Trsf far = at(1e6, -1e6, 1e6);
+    FakeModel a;
+    a.part(a.top(), "P", shapes::baked(shapes::plate(30, 20), far));
+    FakeModel same;
+    same.part(same.top(), "P", shapes::plate(30, 20), far);
+    EXPECT_EQ(states(matchModels(a, same)), (std::vector{GeometryState::Unchanged}));
+    FakeModel changed;
+    changed.part(changed.top(), "P", shapes::baked(shapes::plate(30.01, 20), far));
+    EXPECT_EQ(states(matchModels(a, changed)), (std::vector{GeometryState::Changed}));
+    FakeModel moved;
+    moved.part(moved.top(), "P", shapes::plate(30, 20), at(0.01, 0, 0) * far);
+    EXPECT_EQ(states(matchModels(a, moved)), (std::vector{GeometryState::Moved}));
+}
+
+/// Wires have no identity: they are compared by their features and all along.
+TEST(Matching, WiresAreComparedWithinTheTolerance) {
+    FakeModel a;
+    a.part(a.top(), "Path", shapes::bentWire(10.0));
+    const auto stateOf = [&](const TopoDS_Shape& wire, const gp_Trsf& placement) {
+        FakeModel b;
+        b.part(b.top(), "Path", wire, placement);
+        return states(matchModels(a, b));
+    };
+    EXPECT_EQ(stateOf(shapes::bentWire(10.0001), gp_Trsf()),
+              (std::vector{GeometryState::Unchanged}));
+    EXPECT_EQ(stateOf(shapes::bentWire(10.01), gp_Trsf()), (std::vector{GeometryState::Changed}));
+    EXPECT_EQ(stateOf(shapes::baked(shapes::bentWire(10.0), at(0, 5, 0)), gp_Trsf()),
+              (std::vector{GeometryState::Moved}));
 }
 
 TEST(Matching, EqualVolumeAloneIsNoMatch) {
@@ -319,14 +417,40 @@ TEST(Matching, IdenticalContentIsEqualEvenIfNobodyCanMeasureIt) {
     EXPECT_EQ(matches[0].evidence, MatchEvidence::IdenticalContent);
 }
 
-TEST(Matching, ScaledOrMirroredPlacementIsNotCompared) {
+TEST(Matching, ScaledOrMirroredPlacementIsComparedWithItsTwinOnly) {
     gp_Trsf mirror;
     mirror.SetMirror(gp_Ax2(gp::Origin(), gp::DX()));
     FakeModel a;
     a.part(a.top(), "P", shapes::handed(), mirror);
+    FakeModel same;
+    same.part(same.top(), "P", shapes::handed(), mirror);
+    const auto twins = matchModels(a, same);
+    ASSERT_EQ(twins.size(), 1U);
+    EXPECT_EQ(twins[0].state, GeometryState::Unchanged);
+    EXPECT_EQ(twins[0].evidence, MatchEvidence::IdenticalContent);
+    FakeModel moved;
+    moved.part(moved.top(), "P", shapes::handed(), at(0, 0, 5) * mirror);
+    FakeModel other;
+    other.part(other.top(), "P", shapes::box(1, 2, 3), mirror);
+    for (const FakeModel* model : {&moved, &other}) {
+        const auto matches = matchModels(a, *model);
+        ASSERT_EQ(matches.size(), 1U);
+        EXPECT_EQ(matches[0].state, GeometryState::NotCompared);
+        EXPECT_EQ(matches[0].note, "placed with a scale or mirrored");
+    }
+}
+
+TEST(Matching, TwinsOfAScaledPlacementPairOneToOne) {
+    gp_Trsf half;
+    half.SetScaleFactor(0.5);
+    FakeModel a;
+    const auto pin = shapes::cylinder(3, 9);
+    for (int i = 0; i < 3; ++i) a.part(a.top(), "Pin", pin, at(i * 20, 0, 0) * half);
     FakeModel b;
-    b.part(b.top(), "P", shapes::handed(), mirror);
-    EXPECT_EQ(states(matchModels(a, b)), (std::vector{GeometryState::NotCompared}));
+    for (const int i : {2, 0}) b.part(b.top(), "Pin", pin, at(i * 20, 0, 0) * half);
+    EXPECT_EQ(states(matchModels(a, b)),
+              (std::vector{GeometryState::Unchanged, GeometryState::NotCompared,
+                           GeometryState::Unchanged}));
 }
 
 TEST(Matching, MissingShapeIsNotCompared) {

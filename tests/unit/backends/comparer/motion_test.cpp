@@ -4,6 +4,7 @@
 #include <BRepBuilderAPI_MakeEdge.hxx>
 #include <BRepBuilderAPI_MakeVertex.hxx>
 #include <BRepBuilderAPI_MakeWire.hxx>
+#include <BRepBuilderAPI_NurbsConvert.hxx>
 #include <BRepPrimAPI_MakeCone.hxx>
 #include <BRepPrimAPI_MakeSphere.hxx>
 #include <BRepPrimAPI_MakeTorus.hxx>
@@ -15,6 +16,7 @@
 #include <TopoDS.hxx>
 #include <TopoDS_Edge.hxx>
 #include <TopoDS_Vertex.hxx>
+#include <gp_Circ.hxx>
 #include <gp_Quaternion.hxx>
 
 #include "tests/unit/backends/comparer/shapes.h"
@@ -26,6 +28,10 @@ constexpr double kToleranceMm = 1e-3;
 
 FeatureCloud cloudOf(const TopoDS_Shape& shape) {
     return FeatureCloud(*comparer::featuresOf(shape), 4.0 * kToleranceMm);
+}
+
+std::optional<gp_Trsf> motionBetween(const FeatureCloud& from, const FeatureCloud& to) {
+    return comparer::findMotion(from, to, kToleranceMm, [](const gp_Trsf&) { return true; });
 }
 
 gp_Trsf oddMotion() {
@@ -41,52 +47,77 @@ TEST(Motion, OfADisplacedBodyIsFound) {
           TopoDS_Shape(BRepPrimAPI_MakeSphere(4).Solid())}) {
         const FeatureCloud from = cloudOf(shape);
         const FeatureCloud to = cloudOf(shapes::baked(shape, oddMotion()));
-        const auto motion = comparer::findMotion(from, to, kToleranceMm);
+        const auto motion = motionBetween(from, to);
         ASSERT_TRUE(motion);
         EXPECT_TRUE(comparer::coincide(from, to, *motion, kToleranceMm));
     }
 }
 
 TEST(Motion, OfABodyWithoutSymmetryIsTheOneThatWasMade) {
-    const auto motion = comparer::findMotion(
-        cloudOf(shapes::handed()), cloudOf(shapes::baked(shapes::handed(), oddMotion())), 1e-3);
+    const auto motion = motionBetween(cloudOf(shapes::handed()),
+                                      cloudOf(shapes::baked(shapes::handed(), oddMotion())));
     ASSERT_TRUE(motion);
     const gp_Trsf rest = motion->Inverted() * oddMotion();
     EXPECT_LT(gp_Pnt(40, 30, 20).Distance(gp_Pnt(40, 30, 20).Transformed(rest)), 1e-6);
 }
 
 TEST(Motion, ToAMirrorImageDoesNotExist) {
-    EXPECT_FALSE(comparer::findMotion(cloudOf(shapes::handed()),
-                                      cloudOf(shapes::mirrored(shapes::handed())), kToleranceMm));
+    EXPECT_FALSE(
+        motionBetween(cloudOf(shapes::handed()), cloudOf(shapes::mirrored(shapes::handed()))));
 }
 
 TEST(Motion, ToTheMirrorImageOfASymmetricBodyExists) {
-    EXPECT_TRUE(comparer::findMotion(cloudOf(shapes::plate(30, 30)),
-                                     cloudOf(shapes::mirrored(shapes::plate(30, 30))),
-                                     kToleranceMm));
+    EXPECT_TRUE(motionBetween(cloudOf(shapes::plate(30, 30)),
+                              cloudOf(shapes::mirrored(shapes::plate(30, 30)))));
 }
 
 TEST(Motion, OfASymmetricBodyIsTheSmallest) {
     const TopoDS_Shape cube = shapes::box(5, 5, 5);
-    const auto motion = comparer::findMotion(
-        cloudOf(cube), cloudOf(shapes::baked(cube, shapes::turnedZ(91))), kToleranceMm);
+    const auto motion =
+        motionBetween(cloudOf(cube), cloudOf(shapes::baked(cube, shapes::turnedZ(91))));
     ASSERT_TRUE(motion);
     EXPECT_NEAR(motion->GetRotation().GetRotationAngle(), 0.017453292519943295, 1e-6);
 }
 
+TEST(Motion, MustFitForWhoeverKnowsMoreThanFeatures) {
+    const FeatureCloud cube = cloudOf(shapes::box(5, 5, 5));
+    const auto upsideDown = [](const gp_Trsf& motion) {
+        return gp::DZ().Transformed(motion).Dot(gp::DZ()) < -0.5;
+    };
+    const auto motion = comparer::findMotion(cube, cube, kToleranceMm, upsideDown);
+    ASSERT_TRUE(motion);
+    EXPECT_TRUE(upsideDown(*motion));
+    EXPECT_FALSE(
+        comparer::findMotion(cube, cube, kToleranceMm, [](const gp_Trsf&) { return false; }));
+}
+
+TEST(Motion, OfABodyOfManySymmetriesIsLookedAtCloselyAFewTimesOnly) {
+    std::vector<comparer::Feature> teeth;
+    for (int i = 0; i < 1000; ++i) {
+        teeth.push_back({comparer::Feature::Kind::Corner,
+                         gp_Pnt(100, 0, i % 2).Transformed(shapes::turnedZ(0.36 * i))});
+    }
+    const FeatureCloud wheel(teeth, 4.0 * kToleranceMm);
+    int asked = 0;
+    const auto motion = comparer::findMotion(wheel, wheel, kToleranceMm, [&](const gp_Trsf&) {
+        ++asked;
+        return false;
+    });
+    EXPECT_FALSE(motion);
+    EXPECT_EQ(asked, 200);
+}
+
 TEST(Motion, ToAnotherBodyDoesNotExist) {
-    EXPECT_FALSE(comparer::findMotion(cloudOf(shapes::plate(30, 20)),
-                                      cloudOf(shapes::plate(30.05, 20)), kToleranceMm));
-    EXPECT_FALSE(comparer::findMotion(cloudOf(shapes::plate(30, 20, 4.0)),
-                                      cloudOf(shapes::plate(30, 20, 4.05)), kToleranceMm));
-    EXPECT_FALSE(comparer::findMotion(cloudOf(shapes::box(5, 6, 7)),
-                                      cloudOf(shapes::cylinder(5, 6)), kToleranceMm));
+    EXPECT_FALSE(motionBetween(cloudOf(shapes::plate(30, 20)), cloudOf(shapes::plate(30.05, 20))));
+    EXPECT_FALSE(
+        motionBetween(cloudOf(shapes::plate(30, 20, 4.0)), cloudOf(shapes::plate(30, 20, 4.05))));
+    EXPECT_FALSE(motionBetween(cloudOf(shapes::box(5, 6, 7)), cloudOf(shapes::cylinder(5, 6))));
 }
 
 TEST(Features, LeaveOutSeams) {
     const TopoDS_Shape pin = shapes::cylinder(4, 9);
     const FeatureCloud cloud = cloudOf(pin);
-    EXPECT_EQ(cloud.features().size(), 2U);
+    EXPECT_EQ(cloud.features().size(), 4U) << "two circles, each with its centre as a rim";
     EXPECT_TRUE(cloud.covers(cloudOf(shapes::baked(pin, shapes::turnedZ(77))), gp_Trsf(), 1e-6));
 }
 
@@ -116,6 +147,53 @@ TEST(Features, DoNotShowHowEdgesAreSplit) {
     TopExp::MapShapes(split, TopAbs_VERTEX, after);
     ASSERT_GT(after.Extent(), before.Extent());
     EXPECT_TRUE(comparer::coincide(cloudOf(body), cloudOf(split), gp_Trsf(), 1e-6));
+}
+
+std::vector<comparer::Feature> rimsOf(const TopoDS_Shape& shape) {
+    auto features = *comparer::featuresOf(shape);
+    std::erase_if(features, [](const comparer::Feature& feature) {
+        return feature.kind != comparer::Feature::Kind::RimCentre;
+    });
+    return features;
+}
+
+TEST(Features, OfARoundEdgeAreItsCentreAndLength) {
+    const auto rims = rimsOf(shapes::cylinder(4, 9));
+    ASSERT_EQ(rims.size(), 2U);
+    for (const auto& rim : rims) {
+        EXPECT_NEAR(rim.sizeMm, 8 * 3.14159265358979, 1e-9);
+        EXPECT_NEAR(rim.point.X(), 0.0, 1e-9);
+        EXPECT_NEAR(std::abs(rim.point.Z() - 4.5), 4.5, 1e-9);
+    }
+}
+
+/// Two arcs and two straight edges that run on smoothly are one rim.
+TEST(Features, JoinEdgesThatRunOnSmoothly) {
+    const auto edge = [](const gp_Pnt& a, const gp_Pnt& b) {
+        return BRepBuilderAPI_MakeEdge(a, b).Edge();
+    };
+    const auto arc = [](const gp_Pnt& centre, double from) {
+        const gp_Ax2 axes(centre, gp::DZ());
+        const double pi = 3.14159265358979323846;
+        return BRepBuilderAPI_MakeEdge(gp_Circ(axes, 5), from, from + pi).Edge();
+    };
+    const double pi = 3.14159265358979323846;
+    BRepBuilderAPI_MakeWire slot(edge({0, -5, 0}, {30, -5, 0}), arc({30, 0, 0}, -pi / 2),
+                                 edge({30, 5, 0}, {0, 5, 0}), arc({0, 0, 0}, pi / 2));
+    const auto rims = rimsOf(slot.Wire());
+    ASSERT_EQ(rims.size(), 1U);
+    EXPECT_NEAR(rims[0].sizeMm, 60 + 10 * pi, 1e-6);
+    EXPECT_LT(rims[0].point.Distance(gp_Pnt(15, 0, 0)), 1e-6);
+    const auto features = comparer::featuresOf(slot.Wire());
+    ASSERT_TRUE(features);
+    for (const auto& feature : *features) {
+        EXPECT_NE(feature.kind, comparer::Feature::Kind::Corner);
+    }
+}
+
+TEST(Features, OfStraightEdgesAreTheirCornersOnly) {
+    EXPECT_TRUE(rimsOf(shapes::box(1, 2, 3)).empty());
+    EXPECT_TRUE(rimsOf(BRepBuilderAPI_NurbsConvert(shapes::box(1, 2, 3)).Shape()).empty());
 }
 
 TEST(Features, OfAConeShowWhichWayItPoints) {

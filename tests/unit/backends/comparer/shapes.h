@@ -2,11 +2,20 @@
 
 #include <BRepAlgoAPI_Cut.hxx>
 #include <BRepAlgoAPI_Fuse.hxx>
+#include <BRepBuilderAPI_MakeEdge.hxx>
+#include <BRepBuilderAPI_MakeFace.hxx>
+#include <BRepBuilderAPI_MakeWire.hxx>
 #include <BRepBuilderAPI_Transform.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
+#include <Geom_BSplineSurface.hxx>
+#include <TColStd_Array1OfInteger.hxx>
+#include <TColStd_Array1OfReal.hxx>
+#include <TColgp_Array2OfPnt.hxx>
 #include <TopExp_Explorer.hxx>
+#include <TopoDS_Face.hxx>
 #include <TopoDS_Shape.hxx>
+#include <TopoDS_Wire.hxx>
 #include <gp_Ax1.hxx>
 #include <gp_Ax2.hxx>
 #include <gp_Trsf.hxx>
@@ -49,6 +58,47 @@ inline TopoDS_Shape plate(double x, double y, double radius = 4.0) {
 inline TopoDS_Shape handed() {
     const TopoDS_Shape xy = BRepAlgoAPI_Fuse(box(40, 10, 10), box(10, 30, 10)).Shape();
     return onlySolid(BRepAlgoAPI_Fuse(xy, box(10, 10, 20)).Shape());
+}
+
+/// Tube of 500 x 50 with a wall of 2 and one small hole through it, at a height and straight out.
+inline TopoDS_Shape crossTube(double z, double radius = 2.0) {
+    const TopoDS_Shape bore =
+        BRepPrimAPI_MakeCylinder(gp_Ax2({0, 0, -1.0}, gp::DZ()), 48.0, 502.0).Shape();
+    const TopoDS_Shape tube = BRepAlgoAPI_Cut(cylinder(50, 500), bore).Shape();
+    const TopoDS_Shape hole =
+        BRepPrimAPI_MakeCylinder(gp_Ax2({0, 0, z}, gp::DX()), radius, 60.0).Shape();
+    return onlySolid(BRepAlgoAPI_Cut(tube, hole).Shape());
+}
+
+/// Free-form face of 200 x 200 with one of its 20 x 20 inner poles pulled up.
+inline TopoDS_Shape hood(double pullMm) {
+    constexpr int kPoles = 20;
+    constexpr int kSpans = kPoles - 3;
+    TColgp_Array2OfPnt poles(1, kPoles, 1, kPoles);
+    TColStd_Array1OfReal knots(1, kSpans + 1);
+    TColStd_Array1OfInteger multiplicities(1, kSpans + 1);
+    multiplicities.Init(1);
+    multiplicities(1) = multiplicities(kSpans + 1) = 4;
+    for (int i = 0; i <= kSpans; ++i) knots(i + 1) = i;
+    for (int u = 1; u <= kPoles; ++u) {
+        for (int v = 1; v <= kPoles; ++v) {
+            const double x = 200.0 * (u - 1) / (kPoles - 1);
+            const double y = 200.0 * (v - 1) / (kPoles - 1);
+            const double pull = u == 7 && v == 9 ? pullMm : 0.0;
+            poles(u, v) = gp_Pnt(x, y, x * (200.0 - y) / 1000.0 + pull);
+        }
+    }
+    const Handle(Geom_BSplineSurface) surface =
+        new Geom_BSplineSurface(poles, knots, knots, multiplicities, multiplicities, 3, 3);
+    return BRepBuilderAPI_MakeFace(surface, 1e-6).Face();
+}
+
+/// Two straight edges at a right angle, the first of that length.
+inline TopoDS_Shape bentWire(double lengthMm) {
+    const gp_Pnt corner(lengthMm, 0, 0);
+    return BRepBuilderAPI_MakeWire(BRepBuilderAPI_MakeEdge(gp::Origin(), corner).Edge(),
+                                   BRepBuilderAPI_MakeEdge(corner, gp_Pnt(lengthMm, 20, 0)).Edge())
+        .Wire();
 }
 
 /// The geometry itself is moved, not only placed elsewhere.

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <BRepAdaptor_Curve.hxx>
+#include <BRepAdaptor_Surface.hxx>
+#include <BRepTopAdaptor_FClass2d.hxx>
+#include <Bnd_Box.hxx>
+#include <TopoDS_Edge.hxx>
+#include <TopoDS_Face.hxx>
+#include <gp_Pnt.hxx>
+
+namespace comparer {
+
+/// A point of a curve or surface with its parameters; a curve leaves `v` alone.
+struct BoundaryPoint {
+    gp_Pnt point;
+    double u = 0.0;
+    double v = 0.0;
+};
+
+/// One edge of a body: its points, and how far others are from it.
+class BoundaryEdge {
+public:
+    explicit BoundaryEdge(const TopoDS_Edge& edge);
+
+    /// Holds the edge with room to spare.
+    Bnd_Box box() const;
+    std::vector<BoundaryPoint> points() const;
+    /// Whether a point of points() counts.
+    bool counts(const BoundaryPoint& /*sample*/) const { return true; }
+    /// `sample` is a point that another edge has at its parameter `u`: when both were written in
+    /// the same form, this one has it there too, and no search is needed.
+    bool isNear(const BoundaryPoint& sample, double toleranceMm) const;
+
+private:
+    std::vector<double> spans() const;
+    double clamped(double parameter) const;
+    bool searchNear(const gp_Pnt& point, double toleranceMm) const;
+    double refined(const gp_Pnt& point, double start) const;
+
+    BRepAdaptor_Curve curve_;
+    double first_ = 0.0;
+    double last_ = 0.0;
+    mutable std::vector<BoundaryPoint> raster_;
+};
+
+/// One face of a body, the same way. Asks about its whole surface: that the edges agree is
+/// somebody else's business.
+class BoundaryFace {
+public:
+    explicit BoundaryFace(const TopoDS_Face& face);
+
+    Bnd_Box box() const;
+    /// Points of the surface around the face; none for planes, which their edges hold. Finding
+    /// out which of them the face really has takes time, so they only count when they do.
+    std::vector<BoundaryPoint> points() const;
+    bool counts(const BoundaryPoint& sample) const;
+    bool isNear(const BoundaryPoint& sample, double toleranceMm) const;
+
+private:
+    struct Spans {
+        std::vector<double> u;
+        std::vector<double> v;
+    };
+
+    Spans spans(int perSpan) const;
+    std::optional<gp_Pnt> nearestOfElementary(const gp_Pnt& point) const;
+    bool searchNear(const gp_Pnt& point, double toleranceMm) const;
+    double refinedDistance(const gp_Pnt& point, const BoundaryPoint& start,
+                           double toleranceMm) const;
+
+    TopoDS_Face face_;
+    BRepAdaptor_Surface surface_;
+    double u0_ = 0.0;
+    double u1_ = 0.0;
+    double v0_ = 0.0;
+    double v1_ = 0.0;
+    mutable std::vector<BoundaryPoint> raster_;
+    mutable std::unique_ptr<BRepTopAdaptor_FClass2d> inside_;
+};
+
+}  // namespace comparer
