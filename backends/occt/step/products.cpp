@@ -12,6 +12,8 @@ namespace occt::step {
 namespace {
 
 constexpr std::uint64_t kMany = std::uint64_t{1} << 62;
+// Entities on the way to a product; aspects refer to a handful.
+constexpr std::size_t kMostLookedAt = 1000;
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
@@ -445,20 +447,32 @@ std::optional<std::size_t> ProductFinder::find(std::uint64_t definition) const {
 std::optional<std::size_t> ProductFinder::productOf(std::uint64_t entity) const {
     // Aspects refer to aspects; what is further away belongs to something else.
     constexpr int farthest = 4;
+    std::unordered_set<std::uint64_t> seen = {entity};
     std::vector<std::uint64_t> ring = {entity};
     for (int distance = 0; distance <= farthest && !ring.empty(); ++distance) {
         std::vector<std::uint64_t> next;
         for (const std::uint64_t id : ring) {
             if (const auto product = find(id)) return product;
-            const Instance* const instance = file_.find(id);
-            if (instance == nullptr) continue;
-            for (const Record& record : file_.read(*instance)) {
-                for (const Value& value : record.values) collectReferences(value, next);
+            for (const std::uint64_t other : referencesOf(id)) {
+                if (seen.size() >= kMostLookedAt) break;
+                if (seen.insert(other).second) next.push_back(other);
             }
         }
         ring = std::move(next);
     }
     return std::nullopt;
+}
+
+const std::vector<std::uint64_t>& ProductFinder::referencesOf(std::uint64_t entity) const {
+    const auto [place, isNew] = references_.try_emplace(entity);
+    const Instance* const instance = isNew ? file_.find(entity) : nullptr;
+    if (instance == nullptr) return place->second;
+    std::vector<std::uint64_t> all;
+    for (const Record& record : file_.read(*instance)) {
+        for (const Value& value : record.values) collectReferences(value, all);
+    }
+    all.resize(std::min(all.size(), kMostLookedAt));
+    return place->second = std::move(all);
 }
 
 Products readProducts(const Part21& file) {

@@ -63,15 +63,19 @@ public:
     ProductFinder(const Part21& file, const Products& products);
 
     /// Product that the entity with that number refers to, directly or through a few entities
-    /// in between (a shape aspect, a shape); nothing when there is none.
+    /// in between (a shape aspect, a shape); nothing when there is none. Not from two threads.
     std::optional<std::size_t> productOf(std::uint64_t entity) const;
 
     /// Product by the number of its definition or of the definition's shape.
     std::optional<std::size_t> find(std::uint64_t definition) const;
 
 private:
+    const std::vector<std::uint64_t>& referencesOf(std::uint64_t entity) const;
+
     const Part21& file_;
     std::unordered_map<std::uint64_t, std::size_t> products_;
+    /// What was asked before; many entities lead to the same few.
+    mutable std::unordered_map<std::uint64_t, std::vector<std::uint64_t>> references_;
 };
 
 /// Reads the product structure. Usages below one product stand in an order that depends on
