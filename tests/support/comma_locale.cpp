@@ -1,8 +1,7 @@
 #include "tests/support/comma_locale.h"
 
-#include <stdlib.h>
-
 #include <clocale>
+#include <cstdlib>
 #include <stdexcept>
 
 namespace support {
