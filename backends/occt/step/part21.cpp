@@ -32,6 +32,13 @@ bool hasNegativeExponent(std::string_view number) {
     return mark != std::string_view::npos && number.substr(mark + 1).starts_with('-');
 }
 
+/// A number as the text refers to it.
+std::string numberText(std::uint64_t id) {
+    std::string text = "#";
+    text += std::to_string(id);
+    return text;
+}
+
 struct Reference {
     std::uint64_t id;
     std::size_t offset;
@@ -258,7 +265,7 @@ private:
             if (byId[i].first != byId[i - 1].first) continue;
             const std::size_t offset = file_.instances_[byId[i].second].body;
             if (file_.repeatedNumbers_++ > 0 && file_.firstRepeated_->offset < offset) continue;
-            file_.firstRepeated_ = Defect{offset, "#" + std::to_string(byId[i].first)};
+            file_.firstRepeated_ = Defect{offset, numberText(byId[i].first)};
         }
         const std::uint64_t largest = byId.empty() ? 0 : byId.back().first;
         // A bit per number where numbers are dense, which they are in practice.
@@ -273,7 +280,7 @@ private:
                 dense ? next.id <= largest && defined[next.id] : file_.find(next.id) != nullptr;
             if (known) continue;
             if (file_.danglingReferences_++ == 0) {
-                file_.firstDangling_ = Defect{next.offset, "#" + std::to_string(next.id)};
+                file_.firstDangling_ = Defect{next.offset, numberText(next.id)};
             }
         }
     }
