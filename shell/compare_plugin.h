@@ -59,9 +59,9 @@ private:
 
 protected:
     /// Replaced each time the host builds its settings sheet.
-    std::shared_ptr<CompareSettingsDlg> settingsPage;
+    std::shared_ptr<CompareSettingsDlg> settingsPage_;
     /// Nothing sets it to true.
-    bool settingsPagePending = false;
+    bool settingsPagePending_ = false;
 };
 
 }  // namespace shell

@@ -229,19 +229,19 @@ std::shared_ptr<void> witness(const support::Log& log, const char* entry) {
 /// A plug-in that a host's settings sheet has got a page from.
 class PluginWithPage : public shell::ComparePlugin {
 public:
-    using ComparePlugin::settingsPage;
-    using ComparePlugin::settingsPagePending;
+    using ComparePlugin::settingsPage_;
+    using ComparePlugin::settingsPagePending_;
 };
 
 TEST_F(Plugin, StartsWithoutASettingsPage) {
     const PluginWithPage other;
-    EXPECT_EQ(other.settingsPage, nullptr);
-    EXPECT_FALSE(other.settingsPagePending);
+    EXPECT_EQ(other.settingsPage_, nullptr);
+    EXPECT_FALSE(other.settingsPagePending_);
 }
 
 TEST_F(Plugin, TheSettingsPageGoesBeforeTheFactories) {
     auto other = std::make_unique<PluginWithPage>();
-    other->settingsPage = std::shared_ptr<shell::CompareSettingsDlg>(
+    other->settingsPage_ = std::shared_ptr<shell::CompareSettingsDlg>(
         witness(services.log, "settingsPage.delete"), nullptr);
     openHost();
     host->hints->views = {other.get()};

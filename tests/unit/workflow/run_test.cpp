@@ -337,7 +337,7 @@ TEST_F(Workflow, SchemasOfOtherClassesCountAsMissing) {
 TEST_F(Workflow, FramesAndDocumentsThatTheHostReturnsAreDropped) {
     std::weak_ptr<bxt::IFrame> prepared;
     host->onPrepareFrame = [&] {
-        const auto made = std::make_shared<support::FakeFrame>(host->active->document(), nullptr);
+        auto made = std::make_shared<support::FakeFrame>(host->active->document(), nullptr);
         prepared = made;
         return made;
     };
