@@ -124,25 +124,32 @@ std::string changeOf(const GeometryInstance& instance) {
     return text;
 }
 
-std::string moveOf(const GeometryInstance& instance) {
-    const double distanceMm = length(instance.displacementMm);
-    std::string text;
-    if (decimal(distanceMm, 3) != "0.000") {
-        const auto& d = instance.displacementMm;
-        text = "by " + decimal(distanceMm, 3) + " mm (" + decimal(d[0], 3) + ", " +
-               decimal(d[1], 3) + ", " + decimal(d[2], 3) + ")";
-    }
-    if (decimal(instance.rotationDeg, 2) != "0.00") {
-        append(text, "turned by " + decimal(instance.rotationDeg, 2) + " deg");
-    }
-    return text;
+/// "by 5.000 mm (3.000, 4.000, 0.000)"; empty when nothing of it can be seen.
+std::string shiftOf(const GeometryInstance& instance) {
+    const std::string distance = decimal(length(instance.displacementMm), 3);
+    if (distance == "0.000") return {};
+    const auto& d = instance.displacementMm;
+    return "by " + distance + " mm (" + decimal(d[0], 3) + ", " + decimal(d[1], 3) + ", " +
+           decimal(d[2], 3) + ")";
+}
+
+std::string turnOf(const GeometryInstance& instance) {
+    const std::string angle = decimal(instance.rotationDeg, 2);
+    return angle == "0.00" ? std::string() : "turned by " + angle + " deg";
 }
 
 std::string detailOf(const GeometryInstance& instance) {
     std::string text;
-    if (instance.state == GeometryState::Changed) append(text, changeOf(instance));
-    if (instance.state == GeometryState::Changed || instance.state == GeometryState::Moved) {
-        append(text, moveOf(instance));
+    if (instance.state == GeometryState::Changed) {
+        append(text, changeOf(instance));
+        // Another shape has another centroid, also where nothing was moved.
+        const std::string shift = shiftOf(instance);
+        append(text, shift.empty() ? shift : "centroid shifted " + shift);
+        append(text, turnOf(instance));
+    }
+    if (instance.state == GeometryState::Moved) {
+        append(text, shiftOf(instance));
+        append(text, turnOf(instance));
     }
     if (instance.ambiguous) append(text, "another match was as good");
     append(text, printable(instance.note));

@@ -114,6 +114,16 @@ TEST(CliTextReport, ChangeWithoutAMoveHasNoMove) {
     SampleFindings sample;
     sample.geometry.instances[2].displacementMm = {1e-9, 0, 0};
     EXPECT_EQ(cli::textReport(sample.findings, {}).find("by 0.000"), std::string::npos);
+    EXPECT_EQ(cli::textReport(sample.findings, {}).find("centroid"), std::string::npos);
+}
+
+TEST(CliTextReport, ShiftOfAChangedBodyIsThatOfItsCentroid) {
+    SampleFindings sample;
+    sample.geometry.instances[2].displacementMm = {0.0, 0.015, -0.02};
+    const std::string text = cli::textReport(sample.findings, {});
+    EXPECT_NE(text.find(", centroid shifted by 0.025 mm (0.000, 0.015, -0.020)\n"),
+              std::string::npos)
+        << text;
 }
 
 }  // namespace
