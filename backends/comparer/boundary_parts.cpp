@@ -19,6 +19,8 @@
 #include <gp_Torus.hxx>
 #include <gp_Vec.hxx>
 
+#include "backends/comparer/slack.h"
+
 namespace comparer {
 namespace {
 
@@ -98,12 +100,14 @@ void makeRoom(Bnd_Box& box) {
 BoundaryEdge::BoundaryEdge(const TopoDS_Edge& edge) : curve_(edge) {
     first_ = curve_.FirstParameter();
     last_ = curve_.LastParameter();
+    slackMm_ = slackOf(edge);
 }
 
 Bnd_Box BoundaryEdge::box() const {
     Bnd_Box box;
     BRepBndLib::Add(curve_.Edge(), box, Standard_False);
     makeRoom(box);
+    if (!box.IsVoid()) box.Enlarge(kMostSlackMm);
     return box;
 }
 
@@ -117,9 +121,11 @@ std::vector<BoundaryPoint> BoundaryEdge::points() const {
     std::vector<BoundaryPoint> points;
     if (curve_.GetType() == GeomAbs_Line) {
         const double middle = (first_ + last_) / 2.0;
-        return {{curve_.Value(middle), middle}};
+        return {{curve_.Value(middle), middle, 0.0, slackMm_}};
     }
-    for (const double u : between(spans(), kPerSpan)) points.push_back({curve_.Value(u), u});
+    for (const double u : between(spans(), kPerSpan)) {
+        points.push_back({curve_.Value(u), u, 0.0, slackMm_});
+    }
     return points;
 }
 
@@ -127,8 +133,9 @@ double BoundaryEdge::clamped(double parameter) const {
     return std::clamp(parameter, first_, last_);
 }
 
-bool BoundaryEdge::isNear(const BoundaryPoint& sample, double toleranceMm) const {
+bool BoundaryEdge::isNear(const BoundaryPoint& sample, double bareToleranceMm) const {
     const gp_Pnt& point = sample.point;
+    const double toleranceMm = withSlack(bareToleranceMm, sample.slackMm + slackMm_);
     if (curve_.GetType() == GeomAbs_Line) {
         const double u = clamped(ElCLib::Parameter(curve_.Line(), point));
         return curve_.Value(u).Distance(point) <= toleranceMm;
@@ -150,7 +157,7 @@ bool BoundaryEdge::isNear(const BoundaryPoint& sample, double toleranceMm) const
 bool BoundaryEdge::searchNear(const gp_Pnt& point, double toleranceMm) const {
     if (raster_.empty()) {
         raster_ = points();
-        for (const double u : {first_, last_}) raster_.push_back({curve_.Value(u), u});
+        for (const double u : {first_, last_}) raster_.push_back({curve_.Value(u), u, 0.0, 0.0});
     }
     for (const BoundaryPoint* start : nearestOf(raster_, point)) {
         if (curve_.Value(refined(point, start->u)).Distance(point) <= toleranceMm) return true;
@@ -199,7 +206,7 @@ std::vector<BoundaryPoint> BoundaryFace::points() const {
     const bool freeForm = !nearestOfElementary(gp_Pnt());
     const Spans raster = spans(freeForm ? kPerSpan : 1);
     for (const double u : raster.u) {
-        for (const double v : raster.v) points.push_back({surface_.Value(u, v), u, v});
+        for (const double v : raster.v) points.push_back({surface_.Value(u, v), u, v, 0.0});
     }
     return points;
 }
@@ -240,7 +247,7 @@ bool BoundaryFace::searchNear(const gp_Pnt& point, double toleranceMm) const {
         for (const double u : {u0_, u1_}) raster.u.push_back(u);
         for (const double v : {v0_, v1_}) raster.v.push_back(v);
         for (const double u : raster.u) {
-            for (const double v : raster.v) raster_.push_back({surface_.Value(u, v), u, v});
+            for (const double v : raster.v) raster_.push_back({surface_.Value(u, v), u, v, 0.0});
         }
     }
     for (const BoundaryPoint* start : nearestOf(raster_, point)) {

@@ -19,9 +19,12 @@ struct BoundaryPoint {
     gp_Pnt point;
     double u = 0.0;
     double v = 0.0;
+    double slackMm = 0.0;  ///< how far it may lie off where it is meant to
 };
 
-/// One edge of a body: its points, and how far others are from it.
+/// One edge of a body: its points, and how far others are from it. Where two surfaces meet, files
+/// hold an approximation, in which systems and even revisions of one model differ. How far it is
+/// off the surfaces is known, and that much is granted; the surfaces are held to the tolerance.
 class BoundaryEdge {
 public:
     explicit BoundaryEdge(const TopoDS_Edge& edge);
@@ -44,6 +47,7 @@ private:
     BRepAdaptor_Curve curve_;
     double first_ = 0.0;
     double last_ = 0.0;
+    double slackMm_ = 0.0;
     mutable std::vector<BoundaryPoint> raster_;
 };
 

@@ -13,6 +13,10 @@ FeatureCloud::FeatureCloud(std::vector<Feature> features, double cellMm)
     cells_.reserve(features_.size());
     for (std::size_t i = 0; i < features_.size(); ++i) {
         cells_.emplace(cell(features_[i].point, 0, 0, 0), static_cast<std::uint32_t>(i));
+        if (features_[i].kind == Feature::Kind::RimCentre) {
+            rims_.push_back(static_cast<std::uint32_t>(i));
+            anySlack_ = anySlack_ || features_[i].slackMm > 0.0;
+        }
     }
 }
 
@@ -26,20 +30,24 @@ std::int64_t FeatureCloud::cell(const gp_Pnt& point, int dx, int dy, int dz) con
                                      steps(point.Z(), dz) * 83492791ULL);
 }
 
+bool FeatureCloud::has(const Feature& feature, const gp_Pnt& place, double toleranceMm) const {
+    for (int i = 0; i < 27; ++i) {
+        const std::int64_t key = cell(place, i % 3 - 1, i / 3 % 3 - 1, i / 9 - 1);
+        for (auto [it, end] = cells_.equal_range(key); it != end; ++it) {
+            if (sameFeature(feature, place, features_[it->second], toleranceMm)) return true;
+        }
+    }
+    if (feature.kind != Feature::Kind::RimCentre) return false;
+    if (!anySlack_ && !(feature.slackMm > 0.0)) return false;
+    return std::any_of(rims_.begin(), rims_.end(), [&](std::uint32_t rim) {
+        return sameFeature(feature, place, features_[rim], toleranceMm);
+    });
+}
+
 bool FeatureCloud::covers(const FeatureCloud& other, const gp_Trsf& motion,
                           double toleranceMm) const {
     return std::all_of(other.features_.begin(), other.features_.end(), [&](const Feature& feature) {
-        const gp_Pnt point = feature.point.Transformed(motion);
-        for (int i = 0; i < 27; ++i) {
-            const std::int64_t key = cell(point, i % 3 - 1, i / 3 % 3 - 1, i / 9 - 1);
-            for (auto [it, end] = cells_.equal_range(key); it != end; ++it) {
-                const Feature& own = features_[it->second];
-                const bool here =
-                    sameSort(feature, own, toleranceMm) && point.Distance(own.point) <= toleranceMm;
-                if (here) return true;
-            }
-        }
-        return false;
+        return has(feature, feature.point.Transformed(motion), toleranceMm);
     });
 }
 

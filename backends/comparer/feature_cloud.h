@@ -29,10 +29,13 @@ public:
 
 private:
     std::int64_t cell(const gp_Pnt& point, int dx, int dy, int dz) const;
+    bool has(const Feature& feature, const gp_Pnt& place, double toleranceMm) const;
 
     std::vector<Feature> features_;
     gp_Pnt centre_;
     double cellMm_;
+    std::vector<std::uint32_t> rims_;  // the only ones that may be off by more than a cell
+    bool anySlack_ = false;
     std::unordered_multimap<std::int64_t, std::uint32_t> cells_;
 };
 

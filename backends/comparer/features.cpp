@@ -24,6 +24,7 @@
 
 #include "backends/comparer/point_grid.h"
 #include "backends/comparer/rims.h"
+#include "backends/comparer/slack.h"
 
 namespace comparer {
 namespace {
@@ -47,7 +48,7 @@ public:
             addCorner(TopoDS::Vertex(ends_.FindKey(i)), ends_(i));
         }
         for (const Rim& rim : rims_.rims()) {
-            add(Feature::Kind::RimCentre, rim.centre, rim.lengthMm);
+            add(Feature::Kind::RimCentre, rim.centre, rim.lengthMm, rim.slackMm);
         }
         for (TopExp_Explorer it(shape, TopAbs_VERTEX, TopAbs_EDGE); it.More(); it.Next()) {
             add(Feature::Kind::Corner, BRep_Tool::Pnt(TopoDS::Vertex(it.Current())));
@@ -63,8 +64,8 @@ private:
     };
     using Ends = std::vector<End>;
 
-    void add(Feature::Kind kind, const gp_Pnt& point, double sizeMm = 0.0) {
-        const Feature feature{kind, point, sizeMm};
+    void add(Feature::Kind kind, const gp_Pnt& point, double sizeMm = 0.0, double slackMm = 0.0) {
+        const Feature feature{kind, point, sizeMm, slackMm};
         for (const PointGrid::Cell* cell : grid_.near(point)) {
             for (const std::uint32_t other : *cell) {
                 const bool same = sameSort(features_[other], feature, kSameMm) &&
@@ -151,7 +152,7 @@ private:
             add(Feature::Kind::CircleCentre, curve.Ellipse().Location(),
                 curve.Ellipse().MajorRadius());
         }
-        rims_.addEdge(curve);
+        rims_.addEdge(curve, slackOf(edge));
         addEnd(TopExp::FirstVertex(edge), curve, curve.FirstParameter(), 1.0);
         addEnd(TopExp::LastVertex(edge), curve, curve.LastParameter(), -1.0);
         ++edges_;
@@ -207,6 +208,11 @@ bool isOfForm(const Feature& feature) {
 
 bool sameSort(const Feature& a, const Feature& b, double toleranceMm) {
     return a.kind == b.kind && std::abs(a.sizeMm - b.sizeMm) <= toleranceMm;
+}
+
+bool sameFeature(const Feature& a, const gp_Pnt& place, const Feature& b, double toleranceMm) {
+    const double allowedMm = withSlack(toleranceMm, a.slackMm + b.slackMm);
+    return sameSort(a, b, allowedMm) && place.Distance(b.point) <= allowedMm;
 }
 
 std::optional<std::vector<Feature>> featuresOf(const TopoDS_Shape& shape) try {

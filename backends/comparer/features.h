@@ -27,6 +27,7 @@ struct Feature {
     Kind kind = Kind::Corner;
     gp_Pnt point;
     double sizeMm = 0.0;
+    double slackMm = 0.0;  ///< how far it may be off in place and size, beyond the tolerance
 };
 
 /// Whether a feature comes from the form in which a surface or curve is written, which another
@@ -35,6 +36,9 @@ bool isOfForm(const Feature& feature);
 
 /// Whether two features are alike but for their place.
 bool sameSort(const Feature& a, const Feature& b, double toleranceMm);
+
+/// Whether `a`, moved to `place`, and `b` are one.
+bool sameFeature(const Feature& a, const gp_Pnt& place, const Feature& b, double toleranceMm);
 
 /// Characteristic points of a shape in its own frame, each once, in no particular order. No value
 /// when the shape has none or they can't be found. Doesn't throw.

@@ -106,18 +106,22 @@ private:
                std::abs(arm(cloud, index).Magnitude() - distance) <= 2.0 * tolerance_;
     }
 
+    bool isExact(std::size_t index) const { return from_.features()[index].slackMm <= 0.0; }
+
     Anchors chooseAnchors() const {
         const std::size_t size = from_.features().size();
         // Long arms hold better; a handful of the furthest is choice enough.
-        std::vector<std::size_t> order(size);
-        for (std::size_t i = 0; i < size; ++i) order[i] = i;
+        std::vector<std::size_t> order;
+        for (std::size_t i = 0; i < size; ++i) {
+            if (isExact(i)) order.push_back(i);
+        }
         std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
             return arm(from_, a).Magnitude() > arm(from_, b).Magnitude() + tolerance_;
         });
         Anchors anchors;
         std::size_t fewest = std::numeric_limits<std::size_t>::max();
         constexpr std::size_t kChoice = 24;
-        for (std::size_t i = 0; i < std::min(size, kChoice); ++i) {
+        for (std::size_t i = 0; i < std::min(order.size(), kChoice); ++i) {
             if (arm(from_, order[i]).Magnitude() <= 10.0 * tolerance_) break;
             const std::size_t count = peers(order[i]);
             if (count >= fewest) continue;
@@ -135,6 +139,7 @@ private:
         double furthest = 10.0 * tolerance_;
         int second = -1;
         for (std::size_t i = 0; i < from_.features().size(); ++i) {
+            if (!isExact(i)) continue;
             const double off = arm(from_, i).Crossed(gp_Vec(axis)).Magnitude();
             if (off <= furthest + tolerance_ && second >= 0) continue;
             if (off <= furthest) continue;

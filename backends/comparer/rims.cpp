@@ -14,8 +14,9 @@ constexpr double kStraight = 1e-10;
 
 }  // namespace
 
-void RimFinder::addEdge(const BRepAdaptor_Curve& curve) {
+void RimFinder::addEdge(const BRepAdaptor_Curve& curve, double slackMm) {
     Piece piece;
+    piece.slackMm = slackMm;
     piece.next = pieces_.size();
     // Circles have one span all around; a rule of six points wants shorter ones.
     const bool ownSpans =
@@ -64,6 +65,7 @@ void RimFinder::join(std::size_t a, std::size_t b) {
     Piece& all = pieces_[to];
     all.weighted += pieces_[from].weighted;
     all.lengthMm += pieces_[from].lengthMm;
+    all.slackMm += pieces_[from].slackMm;
     all.straight = all.straight && pieces_[from].straight;
     pieces_[from].next = to;
 }
@@ -73,7 +75,7 @@ std::vector<Rim> RimFinder::rims() {
     for (std::size_t i = 0; i < pieces_.size(); ++i) {
         const Piece& piece = pieces_[i];
         if (piece.next != i || piece.straight || !(piece.lengthMm > 0.0)) continue;
-        found.push_back({gp_Pnt(piece.weighted / piece.lengthMm), piece.lengthMm});
+        found.push_back({gp_Pnt(piece.weighted / piece.lengthMm), piece.lengthMm, piece.slackMm});
     }
     return found;
 }

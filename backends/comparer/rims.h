@@ -14,13 +14,14 @@ namespace comparer {
 struct Rim {
     gp_Pnt centre;  ///< mean over the length
     double lengthMm = 0.0;
+    double slackMm = 0.0;  ///< how far its edges lie off their surfaces
 };
 
 /// Joins the edges of a body to rims, whatever the edges were split into.
 class RimFinder {
 public:
-    /// Takes an edge; its number counts from 0.
-    void addEdge(const BRepAdaptor_Curve& curve);
+    /// Takes an edge, which lies off its surfaces by that much; its number counts from 0.
+    void addEdge(const BRepAdaptor_Curve& curve, double slackMm);
 
     /// Says that two edges run on into each other.
     void join(std::size_t a, std::size_t b);
@@ -32,6 +33,7 @@ private:
     struct Piece {
         gp_XYZ weighted = {0.0, 0.0, 0.0};
         double lengthMm = 0.0;
+        double slackMm = 0.0;
         bool straight = false;
         std::size_t next = 0;  // towards the piece that stands for the rim
     };

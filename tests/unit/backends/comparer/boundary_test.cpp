@@ -6,9 +6,12 @@
 #include <BRepPrimAPI_MakePrism.hxx>
 #include <BRepPrimAPI_MakeSphere.hxx>
 #include <BRepPrimAPI_MakeTorus.hxx>
+#include <BRep_Builder.hxx>
 #include <GeomAPI_Interpolate.hxx>
 #include <Geom_BSplineCurve.hxx>
 #include <TColgp_HArray1OfPnt.hxx>
+#include <TopoDS.hxx>
+#include <TopoDS_Edge.hxx>
 
 #include "tests/unit/backends/comparer/shapes.h"
 
@@ -111,6 +114,22 @@ TEST(Boundary, ShowsADeeperCap) {
     };
     EXPECT_TRUE(same(cap(5), cap(5)));
     EXPECT_FALSE(same(cap(5), cap(5.1)));
+}
+
+/// Where surfaces meet, edges are as good as the system that wrote them.
+TEST(Boundary, GrantsEdgesWhatTheyAreOffTheirSurfacesButNotMuch) {
+    const auto wire = [](double y, double offMm) {
+        const TopoDS_Shape shape = shapes::baked(shapes::bentWire(10), shapes::at(0, y, 0));
+        for (TopExp_Explorer it(shape, TopAbs_EDGE); it.More(); it.Next()) {
+            BRep_Builder().UpdateEdge(TopoDS::Edge(it.Current()), offMm);
+        }
+        return shape;
+    };
+    EXPECT_FALSE(same(wire(0, 1e-7), wire(0.01, 1e-7)));
+    EXPECT_TRUE(same(wire(0, 1e-7), wire(0.01, 0.006)));
+    EXPECT_TRUE(same(wire(0, 0.006), wire(0.01, 1e-7)));
+    EXPECT_FALSE(same(wire(0, 1e-7), wire(0.01, 0.004)));
+    EXPECT_FALSE(same(wire(0, 1.0), wire(0.06, 1.0))) << "a bad file excuses 0.05 mm at most";
 }
 
 TEST(Boundary, OfNothingHoldsNothingElse) {

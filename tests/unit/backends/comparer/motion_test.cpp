@@ -191,6 +191,21 @@ TEST(Features, JoinEdgesThatRunOnSmoothly) {
     }
 }
 
+TEST(Features, OfInaccurateRimsAreSoughtFurtherAway) {
+    using Kind = comparer::Feature::Kind;
+    const comparer::Feature corner{Kind::Corner, gp_Pnt(50, 0, 0)};
+    const auto cloud = [&](double x, double slackMm) {
+        return FeatureCloud({corner, {Kind::RimCentre, gp_Pnt(x, 0, 0), 12.0 + x, slackMm}},
+                            4.0 * kToleranceMm);
+    };
+    const gp_Trsf none;
+    EXPECT_FALSE(comparer::coincide(cloud(0, 0), cloud(0.02, 0), none, kToleranceMm));
+    EXPECT_TRUE(comparer::coincide(cloud(0, 0.011), cloud(0.02, 0), none, kToleranceMm));
+    EXPECT_TRUE(comparer::coincide(cloud(0, 0), cloud(0.02, 0.011), none, kToleranceMm));
+    EXPECT_FALSE(comparer::coincide(cloud(0, 0.009), cloud(0.02, 0), none, kToleranceMm));
+    EXPECT_FALSE(comparer::coincide(cloud(0, 5.0), cloud(0.06, 5.0), none, kToleranceMm));
+}
+
 TEST(Features, OfStraightEdgesAreTheirCornersOnly) {
     EXPECT_TRUE(rimsOf(shapes::box(1, 2, 3)).empty());
     EXPECT_TRUE(rimsOf(BRepBuilderAPI_NurbsConvert(shapes::box(1, 2, 3)).Shape()).empty());
