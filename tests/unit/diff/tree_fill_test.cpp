@@ -149,6 +149,12 @@ TEST_F(Colours, AreWrittenToTheDebugger) {
                                          L"CustomDraw: Bolt (2) -> color 0x0080FF (state=3)\n"}));
 }
 
+TEST_F(Colours, OfASameNodeIsWrittenToo) {
+    of(0);
+    EXPECT_EQ(debug_->lines,
+              (std::vector<std::wstring>{L"CustomDraw: Bolt (2) -> color 0x000000 (state=0)\n"}));
+}
+
 TEST_F(Colours, OfAnItemWithoutNodeAreTheControlsOwn) {
     EXPECT_FALSE(diff::AssemblyDiffEngine::ColourForState({}).changed);
     EXPECT_EQ(debug_->lines, (std::vector<std::wstring>{L"CustomDraw: pNode is NULL\n"}));
