@@ -26,8 +26,10 @@ struct Observer {
 /// any tolerance that is put on a drawing. Volumes and areas are integrated numerically: the same
 /// body, written again by another writer, agrees to about 1e-6 (5 of 200 parts of a re-exported
 /// assembly differed by more than that), so 1e-5 leaves room. It is a filter only: two bodies
-/// count as equal when their characteristic points agree to the length tolerance as well, so
-/// that a small hole which moved by 0.05 mm in a large plate is still found.
+/// count as equal when their corners, rims and centres agree to the length tolerance as well, and
+/// points of every span of their edges and faces, so that a small hole which moved by 0.05 mm in a
+/// large plate is still found. Where two surfaces meet, files hold an approximation of the edge:
+/// edges may differ by what they lie off their own surfaces, and by 0.05 mm at most.
 struct Options {
     /// Lengths closer than this are equal, in millimetres.
     double lengthToleranceMm = 1e-3;
