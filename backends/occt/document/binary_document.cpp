@@ -1,5 +1,8 @@
 #include "backends/occt/document/binary_document.h"
 
+#include <filesystem>
+#include <system_error>
+
 #include <BinXCAFDrivers.hxx>
 #include <PCDM_ReaderStatus.hxx>
 #include <PCDM_StoreStatus.hxx>
@@ -38,7 +41,11 @@ BinaryDocument::~BinaryDocument() {
     }
 }
 
-bool BinaryDocument::open(const std::string& path, std::string& error) {
+bool BinaryDocument::open(const std::string& path, const FileSeal& seal, std::string& error) {
+    if (sealOf(path) != seal) {
+        error = "the document is missing or damaged";
+        return false;
+    }
     try {
         Handle(TDocStd_Document) opened;
         const PCDM_ReaderStatus status = application_->Open(wide(path), opened);
@@ -59,7 +66,10 @@ bool BinaryDocument::open(const std::string& path, std::string& error) {
 bool BinaryDocument::save(const std::string& path, std::string& error) const {
     try {
         const PCDM_StoreStatus status = application_->SaveAs(document_, wide(path));
-        if (status == PCDM_SS_OK) return true;
+        // A folder that is not there counts as success.
+        std::error_code missing;
+        const bool written = std::filesystem::file_size(path, missing) > 0 && !missing;
+        if (status == PCDM_SS_OK && written) return true;
         error = "the document can't be written (status " +
                 std::to_string(static_cast<int>(status)) + ")";
     } catch (const Standard_Failure& failure) {

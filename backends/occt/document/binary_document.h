@@ -8,6 +8,8 @@
 #include <TDocStd_Document.hxx>
 #include <TopoDS_Shape.hxx>
 
+#include "backends/occt/document/description.h"
+
 namespace occt {
 
 /// Names of what an import helper leaves in its folder.
@@ -23,8 +25,9 @@ public:
     BinaryDocument(const BinaryDocument&) = delete;
     BinaryDocument& operator=(const BinaryDocument&) = delete;
 
-    /// Reads a document; false when there is none or it is damaged, and `error` says why.
-    bool open(const std::string& path, std::string& error);
+    /// Reads a document that save() wrote; false when there is none or it has another seal, and
+    /// `error` says why.
+    bool open(const std::string& path, const FileSeal& seal, std::string& error);
 
     /// Writes the document; false when that fails, and `error` says why.
     bool save(const std::string& path, std::string& error) const;

@@ -1,6 +1,8 @@
 #include "backends/occt/document/description.h"
 
 #include <algorithm>
+#include <fstream>
+#include <vector>
 
 namespace occt {
 
@@ -41,6 +43,32 @@ std::optional<std::uint64_t> unfoldedSize(const Description& description) {
         pmi += definition.pmi.size();
     }
     return std::min(kMany, 1 + pmi + below[description.root]);
+}
+
+std::optional<FileSeal> sealOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file) return std::nullopt;
+    // FNV-1a over words of eight bytes; accidents are to be found, not attacks.
+    constexpr std::uint64_t prime = 0x100000001B3ULL;
+    FileSeal seal{0, 0xCBF29CE484222325ULL};
+    std::vector<unsigned char> piece(std::size_t{1} << 16);
+    while (file) {
+        file.read(reinterpret_cast<char*>(piece.data()),
+                  static_cast<std::streamsize>(piece.size()));
+        const auto size = static_cast<std::size_t>(file.gcount());
+        std::fill(piece.begin() + static_cast<std::ptrdiff_t>(size), piece.end(), 0);
+        for (std::size_t at = 0; at < size; at += 8) {
+            std::uint64_t word = 0;
+            for (std::size_t i = 0; i < 8; ++i) {
+                word |= static_cast<std::uint64_t>(piece[at + i]) << (8 * i);
+            }
+            seal.checksum = (seal.checksum ^ word) * prime;
+            seal.checksum ^= seal.checksum >> 32;
+        }
+        seal.bytes += size;
+    }
+    if (file.bad()) return std::nullopt;
+    return seal;
 }
 
 }  // namespace occt

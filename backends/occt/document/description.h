@@ -53,6 +53,17 @@ struct DescribedDefinition {
     std::vector<HPS::MetadataValue> metadata;
 };
 
+/// What tells a whole file from one that was cut or changed: the library that reads binary
+/// documents does not look.
+struct FileSeal {
+    std::uint64_t bytes = 0;
+    std::uint64_t checksum = 0;
+    bool operator==(const FileSeal&) const = default;
+};
+
+/// Seal of a file; nothing when it can't be read.
+std::optional<FileSeal> sealOf(const std::string& path);
+
 /// What an import says about a file besides its geometry: every definition once. The tree of
 /// occurrences is unfolded from it. Plain data without a third party's types.
 struct Description {
@@ -62,6 +73,7 @@ struct Description {
     /// Metadata of the file itself; they belong to the root occurrence.
     std::vector<HPS::MetadataValue> fileMetadata;
     std::vector<std::string> gaps;
+    FileSeal document;  ///< of the binary document with the geometry
 };
 
 /// Components that the description unfolds into, the model file included; stops counting at

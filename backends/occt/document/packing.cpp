@@ -8,7 +8,7 @@ namespace occt {
 namespace {
 
 // Changes with the layout below.
-constexpr std::uint64_t kMagic = 0x42585452454531ULL;
+constexpr std::uint64_t kMagic = 0x42585452454532ULL;
 
 class Packer {
 public:
@@ -224,6 +224,8 @@ std::string packDescription(const Description& description) {
     out.list(description.definitions, [&out](const auto& item) { packDefinition(out, item); });
     out.list(description.fileMetadata, [&out](const auto& value) { packMetadata(out, value); });
     out.list(description.gaps, [&out](const auto& gap) { out.text(gap); });
+    out.word(description.document.bytes);
+    out.word(description.document.checksum);
     out.word(kMagic);
     return out.take();
 }
@@ -237,6 +239,8 @@ std::optional<Description> unpackDescription(const std::string& bytes) {
     in.list(description.definitions, [&in] { return unpackDefinition(in); });
     in.list(description.fileMetadata, [&in] { return unpackMetadata(in); });
     in.list(description.gaps, [&in] { return in.text(); });
+    description.document.bytes = in.word();
+    description.document.checksum = in.word();
     if (in.word() != kMagic || !in.good() || !in.atEnd()) return std::nullopt;
     return description;
 }

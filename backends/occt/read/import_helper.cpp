@@ -119,12 +119,15 @@ private:
         return {"damaged", text};
     }
 
-    MaybeCause write(const Description& description) {
+    MaybeCause write(Description& description) {
         progress_.beginPhase("writing", 1.0);
         std::string error;
         if (!document_.save(job_.folder + "/" + kDocumentFile, error)) {
             return cannotWrite(job_.path, job_.folder, error);
         }
+        const auto seal = sealOf(job_.folder + "/" + kDocumentFile);
+        if (!seal) return cannotWrite(job_.path, job_.folder, "it can't be read back");
+        description.document = *seal;
         error = writeFile(job_.folder + "/" + kDescriptionFile, packDescription(description));
         if (!error.empty()) return cannotWrite(job_.path, job_.folder, error);
         progress_.report(1.0);

@@ -1,5 +1,7 @@
+#include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <system_error>
 
 #include "backends/occt/document/binary_document.h"
 #include "backends/occt/model.h"
@@ -22,8 +24,9 @@ std::shared_ptr<const Model> Model::load(const std::string& folder, std::string&
     const std::string bytes{std::istreambuf_iterator<char>(file), {}};
     auto description = unpackDescription(bytes);
     const auto size = description ? unfoldedSize(*description) : std::nullopt;
-    if (!size || *size > kMostComponents ||
-        !std::ifstream(folder + "/" + kDocumentFile, std::ios::binary)) {
+    std::error_code ignored;
+    const auto bytesThere = std::filesystem::file_size(folder + "/" + kDocumentFile, ignored);
+    if (!size || *size > kMostComponents || ignored || bytesThere != description->document.bytes) {
         error = "what the import left in " + folder + " is damaged";
         return nullptr;
     }

@@ -134,7 +134,8 @@ TopoDS_Shape OcctModel::shape(HPS::ComponentId id) const {
     std::call_once(opened_, [this] {
         auto document = std::make_unique<BinaryDocument>();
         std::string error;
-        if (document->open(folder_ + "/" + kDocumentFile, error)) document_ = std::move(document);
+        const std::string path = folder_ + "/" + kDocumentFile;
+        if (document->open(path, description_.document, error)) document_ = std::move(document);
     });
     if (!document_) return {};
     const std::lock_guard lock(documentMutex_);

@@ -24,6 +24,7 @@ Description sample() {
                                 {"switch", true},
                                 {"when", HPS::Time{1234567890123}}};
     description.gaps = {"one", ""};
+    description.document = {12345678901, 98765432109};
     DescribedDefinition part;
     part.name = "shaft";
     part.unitName = "Inch";
@@ -57,6 +58,7 @@ TEST(Packing, EverythingComesBack) {
     EXPECT_EQ(after->unitMm, 25.4);
     EXPECT_EQ(after->root, 1U);
     EXPECT_EQ(after->gaps, before.gaps);
+    EXPECT_EQ(after->document, before.document);
     ASSERT_EQ(after->fileMetadata.size(), before.fileMetadata.size());
     for (std::size_t i = 0; i < before.fileMetadata.size(); ++i) {
         EXPECT_EQ(after->fileMetadata[i].name, before.fileMetadata[i].name);

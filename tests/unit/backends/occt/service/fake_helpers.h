@@ -51,9 +51,11 @@ struct Script {
         occt::Description description;
         description.definitions.resize(1);
         description.definitions[0].name = "part";
+        const std::string document = folder() + "/" + occt::kDocumentFile;
+        std::ofstream(document) << "x";
+        description.document = *occt::sealOf(document);
         std::ofstream(folder() + "/" + occt::kDescriptionFile, std::ios::binary)
             << packDescription(description);
-        std::ofstream(folder() + "/" + occt::kDocumentFile) << "x";
     }
 };
 
