@@ -2,13 +2,27 @@
 
 #include <clocale>
 #include <cstdlib>
-#include <stdexcept>
 
 namespace support {
 namespace {
 
 constexpr const char* kPathVariable = "LOCPATH";
 constexpr const char* kName = "de_DE.UTF-8";
+
+template <typename Character>
+class CommaPunctuation : public std::numpunct<Character> {
+protected:
+    Character do_decimal_point() const override { return ','; }
+    Character do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+};
+
+/// The C library leaks a few bytes when C++ asks it for a locale by name, so C++ gets its
+/// punctuation by hand.
+std::locale commaForStreams() {
+    const std::locale narrow(std::locale::classic(), new CommaPunctuation<char>);
+    return {narrow, new CommaPunctuation<wchar_t>};
+}
 
 void restorePath(const std::string& path) {
     if (path.empty()) {
@@ -30,19 +44,19 @@ CommaLocale::CommaLocale() {
     if (std::system(command.c_str()) == -1) return;
     if (const char* before = std::getenv(kPathVariable)) pathBefore_ = before;
     setenv(kPathVariable, folder.c_str(), 1);
-    try {
-        before_ = std::locale::global(std::locale(kName));
-        active_ = std::string(std::localeconv()->decimal_point) == ",";
-        if (!active_) std::locale::global(before_);
-    } catch (const std::runtime_error&) {
-        active_ = false;
+    if (const char* before = std::setlocale(LC_ALL, nullptr)) nameBefore_ = before;
+    active_ = std::setlocale(LC_ALL, kName) != nullptr;
+    if (active_) {
+        before_ = std::locale::global(commaForStreams());
+    } else {
+        restorePath(pathBefore_);
     }
-    if (!active_) restorePath(pathBefore_);
 }
 
 CommaLocale::~CommaLocale() {
     if (active_) {
         std::locale::global(before_);
+        std::setlocale(LC_ALL, nameBefore_.c_str());
         restorePath(pathBefore_);
     }
     std::error_code ignored;

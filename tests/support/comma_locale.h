@@ -23,6 +23,7 @@ public:
 private:
     std::filesystem::path folder_;
     std::string pathBefore_;  // of the locales; empty: none
+    std::string nameBefore_;  // of the C locale
     std::locale before_;
     bool active_ = false;
 };

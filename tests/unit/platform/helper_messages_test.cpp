@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <random>
+#include <sstream>
 
 #include "tests/support/comma_locale.h"
 
@@ -55,6 +57,13 @@ TEST(HelperMessages, LocaleChangesNothing) {
         GTEST_SKIP() << "SKIPPED, NOTHING WAS TESTED: no locale with a decimal comma can be made "
                         "(package locales)";
     }
+    // The traps are there: printf and streams write a comma now.
+    char half[8] = {};
+    std::snprintf(half, sizeof half, "%.1f", 0.5);
+    ASSERT_STREQ(half, "0,5");
+    std::ostringstream stream;
+    stream << 1000.5;
+    ASSERT_EQ(stream.str(), "1.000,5");
     EXPECT_EQ(os::formatHelperMessage({Kind::Progress, 0.5, "", ""}), "progress\t0.5\t\t");
     EXPECT_TRUE(os::parseHelperMessage("progress\t0.5\t\t").has_value());
     EXPECT_FALSE(os::parseHelperMessage("progress\t0,5\t\t").has_value());
