@@ -89,7 +89,6 @@ std::vector<const BoundaryPoint*> nearestOf(const std::vector<BoundaryPoint>& ra
     return nearest;
 }
 
-/// The library's own boxes are too small for some tori, by less than this part of their size.
 void makeRoom(Bnd_Box& box) {
     constexpr double kRoom = 0.1;
     if (!box.IsVoid() && !box.IsOpen()) box.Enlarge(kRoom * std::sqrt(box.SquareExtent()));
@@ -187,6 +186,10 @@ BoundaryFace::BoundaryFace(const TopoDS_Face& face) : face_(face), surface_(face
 Bnd_Box BoundaryFace::box() const {
     Bnd_Box box;
     BRepBndLib::Add(face_, box, Standard_False);
+    if (surface_.GetType() == GeomAbs_Torus) {
+        // The library takes too little for some of them.
+        for (const BoundaryPoint& sample : points()) box.Add(sample.point);
+    }
     makeRoom(box);
     return box;
 }
@@ -213,8 +216,13 @@ std::vector<BoundaryPoint> BoundaryFace::points() const {
 
 bool BoundaryFace::counts(const BoundaryPoint& sample) const {
     constexpr double kSameParameter = 1e-9;
+    // Next to the edges it depends on their accuracy whether a point is inside.
+    constexpr double kRimShare = 0.01;
     if (!inside_) inside_ = std::make_unique<BRepTopAdaptor_FClass2d>(face_, kSameParameter);
-    return inside_->Perform(gp_Pnt2d(sample.u, sample.v)) == TopAbs_IN;
+    const gp_Pnt2d point(sample.u, sample.v);
+    const double rim = kRimShare * std::min(u1_ - u0_, v1_ - v0_);
+    return inside_->Perform(point) == TopAbs_IN &&
+           inside_->TestOnRestriction(point, rim) == TopAbs_IN;
 }
 
 std::optional<gp_Pnt> BoundaryFace::nearestOfElementary(const gp_Pnt& point) const {

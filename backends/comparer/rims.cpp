@@ -12,6 +12,9 @@ constexpr double kWeights[] = {0.4679139345726910, 0.3607615730481386, 0.1713244
 /// How much longer than the way between its ends a straight edge may be, in proportion.
 constexpr double kStraight = 1e-10;
 
+/// Edges that are next to nothing may be lost when a file is written again.
+constexpr double kShortestMm = 0.01;
+
 }  // namespace
 
 void RimFinder::addEdge(const BRepAdaptor_Curve& curve, double slackMm) {
@@ -74,7 +77,7 @@ std::vector<Rim> RimFinder::rims() {
     std::vector<Rim> found;
     for (std::size_t i = 0; i < pieces_.size(); ++i) {
         const Piece& piece = pieces_[i];
-        if (piece.next != i || piece.straight || !(piece.lengthMm > 0.0)) continue;
+        if (piece.next != i || piece.straight || piece.lengthMm < kShortestMm) continue;
         found.push_back({gp_Pnt(piece.weighted / piece.lengthMm), piece.lengthMm, piece.slackMm});
     }
     return found;

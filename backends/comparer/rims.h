@@ -26,7 +26,7 @@ public:
     /// Says that two edges run on into each other.
     void join(std::size_t a, std::size_t b);
 
-    /// All rims but those of straight edges alone, whose corners say enough.
+    /// All rims but the tiniest and those of straight edges alone, whose corners say enough.
     std::vector<Rim> rims();
 
 private:

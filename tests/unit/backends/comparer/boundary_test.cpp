@@ -53,6 +53,8 @@ std::vector<TopoDS_Shape> manyShapes() {
             BRepPrimAPI_MakeCone(5, 0, 9).Solid(),
             BRepPrimAPI_MakeTorus(8, 2).Solid(),
             BRepPrimAPI_MakeTorus(8, 2, 0.3, 1.2, 2.0).Solid(),
+            BRepPrimAPI_MakeTorus(2.0, 6.0, -1.5, 1.5, 1.6).Solid(),
+            BRepPrimAPI_MakeTorus(20, 6, -1.57, 1.57, 1.57).Solid(),
             shapes::crossTube(200),
             shapes::hood(3.0),
             shapes::bentWire(10),

@@ -206,6 +206,12 @@ TEST(Features, OfInaccurateRimsAreSoughtFurtherAway) {
     EXPECT_FALSE(comparer::coincide(cloud(0, 5.0), cloud(0.06, 5.0), none, kToleranceMm));
 }
 
+/// Writers drop edges that are next to nothing.
+TEST(Features, LeaveOutTinyRims) {
+    EXPECT_TRUE(rimsOf(BRepBuilderAPI_MakeEdge(gp_Circ(gp::XOY(), 0.001)).Edge()).empty());
+    EXPECT_EQ(rimsOf(BRepBuilderAPI_MakeEdge(gp_Circ(gp::XOY(), 0.01)).Edge()).size(), 1U);
+}
+
 TEST(Features, OfStraightEdgesAreTheirCornersOnly) {
     EXPECT_TRUE(rimsOf(shapes::box(1, 2, 3)).empty());
     EXPECT_TRUE(rimsOf(BRepBuilderAPI_NurbsConvert(shapes::box(1, 2, 3)).Shape()).empty());
