@@ -292,6 +292,16 @@ TEST(StepProducts, EntitiesFindTheirProduct) {
     EXPECT_FALSE(finder.find(70));
 }
 
+TEST(StepProducts, EntitiesThatReferToEachOtherManyTimesAreLookedAtOnce) {
+    std::string list = "#72";
+    for (int i = 0; i < 2'000; ++i) list += ",#72,#73";
+    const StepFile step(kContexts + product(10, "", "a") + "#72=LOOP((" + list + "));#73=LOOP((" +
+                        list + "));");
+    const Products products = readProducts(step.file);
+    // Without that, 4,000 to the fourth power of references would be followed.
+    EXPECT_FALSE(occt::step::ProductFinder(step.file, products).productOf(72));
+}
+
 TEST(StepProducts, NumbersInTextsCountByValue) {
     const char* const ordered[] = {"",      "01", "1",  "2",   "9a",  "10", "10.2",
                                    "10.10", "a",  "a1", "a02", "a10", "b",  "\xC3\xA4"};
