@@ -56,4 +56,21 @@ std::wstring Bytes::wide(std::uint32_t longest) {
     return out;
 }
 
+std::string Bytes::damaged(std::string whole) {
+    for (int hits = byte() % 4; hits > 0 && !whole.empty(); --hits) {
+        const std::uint32_t drawn = below(0x10000);
+        std::size_t at = drawn % whole.size();
+        // Most numbers begin at multiples of eight.
+        if (flag()) at &= ~std::size_t{7};
+        switch (byte() % 8) {
+            case 0: whole.resize(at); break;
+            case 1: whole.erase(at, below(32)); break;
+            case 2: whole.insert(at, text(16)); break;
+            case 3: whole[at] = static_cast<char>(byte()); break;
+            default: whole[at] = static_cast<char>(whole[at] + byte() % 64 - 16);
+        }
+    }
+    return whole;
+}
+
 }  // namespace fuzz

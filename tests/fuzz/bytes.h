@@ -29,6 +29,9 @@ public:
     std::string text(std::uint32_t longest);
     /// Up to `longest` characters; many are ASCII, some are no characters.
     std::wstring wide(std::uint32_t longest);
+    /// The same bytes after up to three small changes: what was written a moment ago is damaged in
+    /// places where a seed file, packed by an older layout, could not be.
+    std::string damaged(std::string whole);
 
 private:
     std::string_view rest_;

@@ -23,6 +23,8 @@ public:
         each(description.definitions);
         each(description.fileMetadata);
         each(description.gaps);
+        add(description.document.bytes);
+        add(description.document.checksum);
     }
     const std::string& text() const { return out_; }
 
@@ -101,6 +103,7 @@ public:
         for (int i = bytes_.byte() % 5; i > 0; --i) out.definitions.push_back(definition());
         out.fileMetadata = metadata();
         for (int i = bytes_.byte() % 3; i > 0; --i) out.gaps.push_back(bytes_.text(20));
+        out.document = {bytes_.word(), bytes_.word()};
         return out;
     }
 
@@ -190,24 +193,28 @@ void unfold(const Description& description) {
 }
 
 void comesBack(const Description& description) {
-    const auto again = occt::unpackDescription(occt::packDescription(description));
+    const std::string packed = occt::packDescription(description);
+    const auto again = occt::unpackDescription(packed);
     fuzz::require(again.has_value(), "what was packed can be unpacked");
     fuzz::require(Dump(*again).text() == Dump(description).text(),
                   "an unpacked description is the one that was packed");
+    fuzz::require(!occt::unpackDescription(packed + '\0'), "nothing stands behind the end");
+    fuzz::require(!occt::unpackDescription(packed.substr(0, packed.size() - 1)),
+                  "a description that was cut off is damaged");
     unfold(description);
+}
+
+void unpack(const std::string& packed) {
+    if (const auto description = occt::unpackDescription(packed)) comesBack(*description);
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Bytes bytes(data, size);
-    const std::string packed(bytes.rest());
-    if (const auto description = occt::unpackDescription(packed)) {
-        comesBack(*description);
-        fuzz::require(!occt::unpackDescription(packed + '\0'), "nothing stands behind the end");
-        fuzz::require(!occt::unpackDescription(packed.substr(0, packed.size() - 1)),
-                      "a description that was cut off is damaged");
-    }
-    comesBack(Maker(bytes).description());
+    unpack(std::string(bytes.rest()));
+    const Description made = Maker(bytes).description();
+    comesBack(made);
+    unpack(bytes.damaged(occt::packDescription(made)));
     return 0;
 }

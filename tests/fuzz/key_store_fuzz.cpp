@@ -4,6 +4,7 @@
 
 #include "backends/posix/ini_document.h"
 #include "backends/posix/ini_text.h"
+#include "platform/os/utf8.h"
 #include "tests/fuzz/bytes.h"
 #include "tests/fuzz/fuzz.h"
 
@@ -21,6 +22,15 @@ void textComesBack(const std::wstring& text) {
 
 std::size_t linesOf(std::string_view text) {
     return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
+std::size_t carriageReturnsOf(const std::string& text) {
+    std::size_t count = 0;
+    for (std::size_t at = text.find("\r\n"); at != std::string::npos;
+         at = text.find("\r\n", at + 2)) {
+        ++count;
+    }
+    return count;
 }
 
 void readAndWrite(std::string_view text) {
@@ -54,6 +64,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::require(again.value(path, name) == value, "a value can be read after it was written");
     fuzz::require(again.hasKey(path), "a value's key exists");
     fuzz::require(linesOf(changed.bytes()) <= linesOf(kept) + 2, "a write adds two lines at most");
+    fuzz::require(carriageReturnsOf(changed.bytes()) >= carriageReturnsOf(kept),
+                  "a line keeps its own kind of end");
     const std::wstring_view otherName = L"something else";
     if (posix::asciiLower(name) != otherName) {
         fuzz::require(again.value(path, otherName) == document.value(path, otherName),
@@ -68,6 +80,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     textComesBack(words);
     textComesBack(path);
+    textComesBack(os::toWide(before));
     fuzz::requireLinear(before, readAndWrite);
     return 0;
 }

@@ -131,11 +131,17 @@ void comesBack(const bxtsg::SCGeometryResult& result) {
                   "a result that was cut off is damaged");
 }
 
+void decode(const std::string& bytes) {
+    if (const auto result = comparer::decodeResult(bytes)) comesBack(*result);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Bytes bytes(data, size);
-    if (const auto result = comparer::decodeResult(std::string(bytes.rest()))) comesBack(*result);
-    comesBack(Maker(bytes).result());
+    decode(std::string(bytes.rest()));
+    const bxtsg::SCGeometryResult made = Maker(bytes).result();
+    comesBack(made);
+    decode(bytes.damaged(comparer::encodeResult(made)));
     return 0;
 }
