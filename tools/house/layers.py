@@ -74,7 +74,7 @@ THIRD_PARTIES = {
     "benchmark": r"benchmark/.+",
     "os": r"((sys|linux|asm|arpa|net|netinet|X11|xcb)/.+"
           r"|(aio|dirent|dlfcn|elf|execinfo|fcntl|fnmatch|ftw|getopt|glob|grp|iconv|langinfo|link"
-          r"|malloc|mqueue|netdb|poll|pthread|pty|pwd|sched|semaphore|signal|spawn|strings|syslog"
+          r"|malloc|mqueue|netdb|poll|pthread|pty|pwd|regex|sched|semaphore|signal|spawn|strings|syslog"
           r"|termios|ucontext|unistd|utime|wordexp|windows|winsock2|process|io|direct|tchar)\.h)",
 }
 
