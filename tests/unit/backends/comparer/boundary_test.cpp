@@ -20,8 +20,12 @@ namespace {
 using comparer::Boundary;
 constexpr double kToleranceMm = 1e-3;
 
-bool same(const TopoDS_Shape& a, const TopoDS_Shape& b, const gp_Trsf& motion = gp_Trsf()) {
+bool same(const TopoDS_Shape& a, const TopoDS_Shape& b, const gp_Trsf& motion) {
     return comparer::coincide(Boundary(a, kToleranceMm), Boundary(b, kToleranceMm), motion);
+}
+
+bool same(const TopoDS_Shape& a, const TopoDS_Shape& b) {
+    return same(a, b, gp_Trsf());
 }
 
 gp_Trsf oddMotion() {
