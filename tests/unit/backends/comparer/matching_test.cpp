@@ -174,6 +174,22 @@ TEST(Matching, LocalBendOfAFreeFormFaceIsAChange) {
     EXPECT_EQ(states(matchModels(a, tiny)), (std::vector{GeometryState::Unchanged}));
 }
 
+/// Its corners and the points of its grid are where they were after half a turn; the bend isn't.
+TEST(Matching, TurnOfABodyThatIsAlmostSymmetricIsSeen) {
+    const auto sheet = shapes::hood(0.02, 0.0);
+    const gp_Trsf halfTurn = at(100, 100, 0) * shapes::turnedZ(180) * at(-100, -100, 0);
+    FakeModel a;
+    a.part(a.top(), "Sheet", sheet);
+    FakeModel b;
+    b.part(b.top(), "Sheet", sheet, halfTurn);
+    EXPECT_EQ(states(matchModels(a, b)), (std::vector{GeometryState::Moved}));
+    FakeModel flat;
+    flat.part(flat.top(), "Sheet", shapes::hood(0.0, 0.0));
+    FakeModel flatTurned;
+    flatTurned.part(flatTurned.top(), "Sheet", shapes::hood(0.0, 0.0), halfTurn);
+    EXPECT_EQ(states(matchModels(flat, flatTurned)), (std::vector{GeometryState::Unchanged}));
+}
+
 TEST(Matching, FormInWhichABodyIsWrittenPlaysNoPart) {
     for (const TopoDS_Shape& shape :
          {shapes::plate(30, 20), shapes::box(1, 2, 3), shapes::crossTube(200.0)}) {

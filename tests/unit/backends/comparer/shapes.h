@@ -70,8 +70,8 @@ inline TopoDS_Shape crossTube(double z, double radius = 2.0) {
     return onlySolid(BRepAlgoAPI_Cut(tube, hole).Shape());
 }
 
-/// Free-form face of 200 x 200 with one of its 20 x 20 inner poles pulled up.
-inline TopoDS_Shape hood(double pullMm) {
+/// Free-form face of 200 x 200, 40 high at one corner, with one of its 20 x 20 poles pulled up.
+inline TopoDS_Shape hood(double pullMm, double heightMm = 40.0) {
     constexpr int kPoles = 20;
     constexpr int kSpans = kPoles - 3;
     TColgp_Array2OfPnt poles(1, kPoles, 1, kPoles);
@@ -85,7 +85,7 @@ inline TopoDS_Shape hood(double pullMm) {
             const double x = 200.0 * (u - 1) / (kPoles - 1);
             const double y = 200.0 * (v - 1) / (kPoles - 1);
             const double pull = u == 7 && v == 9 ? pullMm : 0.0;
-            poles(u, v) = gp_Pnt(x, y, x * (200.0 - y) / 1000.0 + pull);
+            poles(u, v) = gp_Pnt(x, y, x * (200.0 - y) / 40000.0 * heightMm + pull);
         }
     }
     const Handle(Geom_BSplineSurface) surface =
