@@ -17,6 +17,7 @@ function(bextora_test name)
     # found by "ctest -L" all the same. Discovery runs every program, slowly under a sanitizer.
     list(JOIN arg_LABELS " " labels)
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-        PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${labels}"
-        ENVIRONMENT "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/leaks.txt")
+        PROPERTIES TIMEOUT ${arg_TIMEOUT}
+        ENVIRONMENT "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/leaks.txt"
+        LABELS "${labels}")
 endfunction()
