@@ -1,23 +1,13 @@
 #pragma once
 
-#include <vector>
-
 #include "backends/occt/document/binary_document.h"
-#include "backends/occt/document/description.h"
-#include "backends/occt/read/measure.h"
+#include "backends/occt/read/reader.h"
 #include "backends/occt/read/step_translation.h"
 #include "backends/occt/step/part21.h"
 #include "backends/occt/step/products.h"
 #include "platform/hps/import_options.h"
 
 namespace occt {
-
-/// What a file was found to hold, with the shapes that are still to be measured. The
-/// measurements point into the description.
-struct DescribedModel {
-    Description description;
-    std::vector<Measurement> measurements;
-};
 
 /// Builds the description of a translated file and sees to it that every shape that it names
 /// has a label of the document.

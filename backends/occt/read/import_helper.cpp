@@ -17,12 +17,11 @@
 
 #include "backends/occt/document/binary_document.h"
 #include "backends/occt/options_text.h"
-#include "backends/occt/read/completeness.h"
-#include "backends/occt/read/describe.h"
+#include "backends/occt/read/formats.h"
 #include "backends/occt/read/input_file.h"
+#include "backends/occt/read/measure.h"
 #include "backends/occt/read/progress_reporter.h"
-#include "backends/occt/read/step_translation.h"
-#include "backends/occt/step/checks.h"
+#include "backends/occt/read/reader.h"
 #include "platform/os/helper_messages.h"
 
 namespace occt {
@@ -72,51 +71,44 @@ std::string writeFile(const std::string& path, const std::string& bytes) {
 
 class ImportRun {
 public:
-    ImportRun(Job job, os::ParentChannel& channel)
-        : job_(std::move(job)), channel_(channel), progress_(channel) {}
+    ImportRun(Job job, os::ParentChannel& channel, os::Confinement* confinement)
+        : job_(std::move(job)), channel_(channel), confinement_(confinement), progress_(channel) {}
 
     MaybeCause run() {
         progress_.beginPhase("reading", 0.03);
-        if (auto cause = readInput(job_.path, bytes_)) return cause;
-        const step::Part21 file(bytes_);
-        if (auto cause = step::refuseText(file, job_.path)) return cause;
-        const step::Products products = step::readProducts(file);
-        if (auto cause = step::refuseStructure(products, job_.path)) return cause;
-        progress_.beginPhase("reading", 0.45);
-        if (!translation_.read(bytes_, progress_)) return damaged(file);
-        progress_.beginPhase("translating", 0.85);
-        translation_.transfer(products, document_, progress_);
-        DescribedModel model = describe(file, products, translation_, job_.options, document_);
-        if (model.description.definitions.empty()) return damaged(file);
+        std::string bytes;
+        if (auto cause = readInput(job_.path, bytes)) return cause;
+        const Recognition found = recognise(job_.path, bytes);
+        if (!found.format) return unknown();
+        if (found.misnamed) {
+            warn("the name ends like a file of " + std::string(found.misnamed->name) +
+                 ", but the content is " + found.format->name + ".");
+        }
+        os::confineHelper(confinement_, {{job_.path}, {job_.folder}}, channel_);
+        DescribedModel model;
+        const ReadRequest request{job_.path,    bytes,
+                                  job_.options, [](const std::string&) { return nullptr; },
+                                  progress_,    document_};
+        if (auto cause = readerOf(found.format->id)(request, model)) return cause;
         progress_.beginPhase("measuring", 0.97);
         measureBodies(model.measurements, [this](double share) { progress_.report(share); });
-        Description& description = model.description;
-        for (std::string& gap : step::textGaps(file, products)) {
-            description.gaps.push_back(std::move(gap));
+        for (const std::string& warning : model.warnings) warn(warning);
+        for (const std::string& gap : model.description.gaps) {
+            send(os::HelperMessage::Kind::Partial, gap);
         }
-        for (std::string& gap : translationGaps(file, translation_)) {
-            description.gaps.push_back(std::move(gap));
-        }
-        for (const std::string& gap : description.gaps) {
-            channel_.send(os::formatHelperMessage(
-                {os::HelperMessage::Kind::Partial, 0.0, {}, job_.path + ": " + gap}));
-        }
-        return write(description);
+        return write(model.description);
     }
 
 private:
-    ImportCause damaged(const step::Part21& file) const {
-        std::string text = job_.path + " is damaged: ";
-        if (file.firstBroken()) {
-            text += "line " + std::to_string(file.line(file.firstBroken()->offset)) +
-                    " cannot be read.";
-        } else if (!file.hasEnd()) {
-            text += "it ends in line " + std::to_string(file.line(bytes_.size())) +
-                    ", before its data end.";
-        } else {
-            text += "it holds neither a product nor a shape that can be read.";
-        }
-        return {"damaged", text};
+    void send(os::HelperMessage::Kind kind, const std::string& sentence) {
+        channel_.send(os::formatHelperMessage({kind, 0.0, {}, job_.path + ": " + sentence}));
+    }
+
+    void warn(const std::string& sentence) { send(os::HelperMessage::Kind::Warning, sentence); }
+
+    ImportCause unknown() const {
+        return {"not-this-format",
+                job_.path + " is of no format that is read; those are " + formatNames() + "."};
     }
 
     MaybeCause write(Description& description) {
@@ -136,16 +128,15 @@ private:
 
     Job job_;
     os::ParentChannel& channel_;
+    os::Confinement* confinement_;
     ProgressReporter progress_;
-    std::string bytes_;
-    StepTranslation translation_;
     BinaryDocument document_;
 };
 
-MaybeCause runGuarded(const Job& job, os::ParentChannel& channel) {
+MaybeCause runGuarded(const Job& job, os::ParentChannel& channel, os::Confinement* confinement) {
     const std::string& name = job.path;
     try {
-        return ImportRun(job, channel).run();
+        return ImportRun(job, channel, confinement).run();
     } catch (const Standard_OutOfMemory&) {
         throw std::bad_alloc();
     } catch (const Standard_Failure& failure) {
@@ -161,7 +152,8 @@ MaybeCause runGuarded(const Job& job, os::ParentChannel& channel) {
 
 }  // namespace
 
-int runImportHelper(const std::vector<std::string>& arguments, os::ParentChannel& channel) {
+int runImportHelper(const std::vector<std::string>& arguments, os::ParentChannel& channel,
+                    os::Confinement* confinement) {
     Message::DefaultMessenger()->RemovePrinters(STANDARD_TYPE(Message_Printer));
     const auto fail = [&channel](const ImportCause& cause) {
         channel.send(os::formatHelperMessage(
@@ -171,7 +163,7 @@ int runImportHelper(const std::vector<std::string>& arguments, os::ParentChannel
     const auto job = jobFrom(arguments);
     if (!job) return fail({"internal", "The import helper was started with wrong arguments."});
     try {
-        const MaybeCause cause = runGuarded(*job, channel);
+        const MaybeCause cause = runGuarded(*job, channel, confinement);
         return cause ? fail(*cause) : 0;
     } catch (const std::bad_alloc&) {
         return os::kMemoryLimitExitCode;

@@ -1,0 +1,89 @@
+#include "backends/occt/read/formats.h"
+
+#include <algorithm>
+
+#include "backends/occt/file_formats.h"
+
+namespace occt {
+namespace {
+
+char small(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool endsLike(std::string_view path, std::string_view extension) {
+    if (path.size() <= extension.size()) return false;
+    const std::string_view end = path.substr(path.size() - extension.size());
+    return path[path.size() - extension.size() - 1] == '.' &&
+           std::equal(end.begin(), end.end(), extension.begin(),
+                      [](char a, char b) { return small(a) == b; });
+}
+
+std::string_view withoutBlanks(std::string_view bytes) {
+    const std::size_t start = bytes.find_first_not_of(" \t\r\n\f\v");
+    return start == std::string_view::npos ? std::string_view() : bytes.substr(start);
+}
+
+bool isStep(std::string_view bytes) {
+    constexpr std::string_view mark = "iso-10303-21";
+    const std::string_view text = withoutBlanks(bytes).substr(0, mark.size());
+    return std::equal(text.begin(), text.end(), mark.begin(), mark.end(),
+                      [](char a, char b) { return small(a) == b; });
+}
+
+const std::vector<Format>& table() {
+    static const std::vector<Format> rows = {
+        {FormatId::Step, "STEP", "STEP Files", {"stp", "step"}, isStep, nullptr},
+    };
+    return rows;
+}
+
+}  // namespace
+
+std::span<const Format> formats() {
+    return table();
+}
+
+const Format& formatOf(FormatId id) {
+    return *std::find_if(table().begin(), table().end(),
+                         [id](const Format& format) { return format.id == id; });
+}
+
+Recognition recognise(const std::string& path, std::string_view bytes) {
+    const Format* named = nullptr;
+    const Format* found = nullptr;
+    for (const Format& format : table()) {
+        for (const std::string_view extension : format.extensions) {
+            if (!named && endsLike(path, extension)) named = &format;
+        }
+        if (!found && format.recognises && format.recognises(bytes)) found = &format;
+    }
+    if (!found) return {named, nullptr};
+    return {found, named == found ? nullptr : named};
+}
+
+std::string formatNames() {
+    std::string names;
+    const std::size_t count = table().size();
+    for (std::size_t i = 0; i < count; ++i) {
+        if (i > 0) names += i + 1 == count ? " and " : ", ";
+        names += table()[i].name;
+    }
+    return names;
+}
+
+std::vector<FileFormat> fileFormats() {
+    std::vector<FileFormat> out;
+    for (const Format& format : table()) {
+        std::string patterns;
+        for (const std::string_view extension : format.extensions) {
+            if (!patterns.empty()) patterns += ';';
+            patterns += "*.";
+            patterns += extension;
+        }
+        out.push_back({format.name, format.listName, patterns});
+    }
+    return out;
+}
+
+}  // namespace occt
