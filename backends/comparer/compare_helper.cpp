@@ -83,13 +83,17 @@ bool compare(const Task& task, Reporter& reporter) {
 
 }  // namespace
 
-int runCompareHelper(const std::vector<std::string>& arguments, os::ParentChannel& channel) {
+int runCompareHelper(const std::vector<std::string>& arguments, os::ParentChannel& channel,
+                     os::Confinement* confinement) {
     Reporter reporter(channel);
     const auto task = taskFrom(arguments);
     if (!task) {
         reporter.failure("arguments", "The comparison was started with wrong arguments.");
         return 1;
     }
+    os::confineHelper(confinement,
+                      {{task->referenceFolder, task->compareFolder}, {folderOf(task->out)}},
+                      channel);
     return runGuarded(reporter, [&] { return compare(*task, reporter); });
 }
 

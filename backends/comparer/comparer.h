@@ -8,6 +8,7 @@
 #include "backends/occt/import_service.h"
 #include "platform/exchange/services.h"
 #include "platform/os/child_process.h"
+#include "platform/os/confinement.h"
 
 namespace comparer {
 
@@ -51,7 +52,10 @@ bxtexchange::Services makeServices(std::shared_ptr<occt::ImportService> imports,
 ///   keep --result FILE --out FILE.glb
 /// The name of the command itself may stand first. `compare` sends the number of the comparer's
 /// status as the result "status" and writes FILE only when it is 0.
-int runCompareHelper(const std::vector<std::string>& arguments, os::ParentChannel& channel);
-int runKeepHelper(const std::vector<std::string>& arguments, os::ParentChannel& channel);
+/// Both confine the process before they open what an import left; null: they don't.
+int runCompareHelper(const std::vector<std::string>& arguments, os::ParentChannel& channel,
+                     os::Confinement* confinement = nullptr);
+int runKeepHelper(const std::vector<std::string>& arguments, os::ParentChannel& channel,
+                  os::Confinement* confinement = nullptr);
 
 }  // namespace comparer

@@ -35,6 +35,8 @@ std::string causeOf(os::ProcessEnd end, int code) {
             return "The helper process was ended by signal " + std::to_string(code) + ".";
         case os::ProcessEnd::TimeLimit: return "The helper process reached its time limit.";
         case os::ProcessEnd::MemoryLimit: return "The helper process reached its memory limit.";
+        case os::ProcessEnd::Forbidden:
+            return "The helper process tried what no helper may, and was ended.";
         case os::ProcessEnd::NotStarted: return "The helper process could not be started.";
         case os::ProcessEnd::Running:
         case os::ProcessEnd::Killed: break;

@@ -50,6 +50,12 @@ std::optional<double> parsePositive(const std::string& text) {
     return value;
 }
 
+std::string folderOf(const std::string& file) {
+    const std::size_t slash = file.rfind('/');
+    if (slash == std::string::npos) return ".";
+    return slash == 0 ? "/" : file.substr(0, slash);
+}
+
 int runGuarded(Reporter& reporter, const std::function<bool()>& body) try {
     return body() ? 0 : 1;
 } catch (const std::bad_alloc&) {

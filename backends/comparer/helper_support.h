@@ -31,6 +31,9 @@ std::optional<std::map<std::string, std::string>> parseOptions(
 /// Finite and positive, or empty. Takes the decimal point in every locale.
 std::optional<double> parsePositive(const std::string& text);
 
+/// The folder that a file stands in, without a separator at the end.
+std::string folderOf(const std::string& file);
+
 /// Runs a helper's body: third-party exceptions and exhausted memory become failures with a
 /// cause. Returns the exit code.
 int runGuarded(Reporter& reporter, const std::function<bool()>& body);

@@ -64,13 +64,16 @@ bool keep(const std::string& result, const std::string& target, Reporter& report
 
 }  // namespace
 
-int runKeepHelper(const std::vector<std::string>& arguments, os::ParentChannel& channel) {
+int runKeepHelper(const std::vector<std::string>& arguments, os::ParentChannel& channel,
+                  os::Confinement* confinement) {
     Reporter reporter(channel);
     const auto options = parseOptions(arguments);
     if (!options || !options->contains("result") || !options->contains("out")) {
         reporter.failure("arguments", "The export was started with wrong arguments.");
         return 1;
     }
+    os::confineHelper(confinement, {{options->at("result")}, {folderOf(options->at("out"))}},
+                      channel);
     return runGuarded(reporter,
                       [&] { return keep(options->at("result"), options->at("out"), reporter); });
 }

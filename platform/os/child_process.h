@@ -12,6 +12,9 @@ namespace os {
 struct ProcessLimits {
     std::uint64_t memoryBytes = 0;
     std::uint32_t wallTimeMs = 0;
+    /// Of all its threads together; rounded up to whole seconds. The default is the wall time
+    /// times the machine's processors: it holds even if the host no longer looks.
+    std::uint64_t processorTimeMs = 0;
 };
 
 /// How a helper process ended.
@@ -20,9 +23,10 @@ enum class ProcessEnd {
     Exited,       ///< by itself; see ChildProcess::exitCode()
     Crashed,      ///< by a signal that nobody of ours sent; see ChildProcess::exitCode()
     Killed,       ///< by ChildProcess::kill()
-    TimeLimit,    ///< the wall time limit was reached
+    TimeLimit,    ///< the limit of wall time or of processor time was reached
     MemoryLimit,  ///< an allocation past the memory limit was refused and the helper gave up
     NotStarted,   ///< the process could not be started at all
+    Forbidden,    ///< it tried what a confined process is ended for, such as starting a program
 };
 
 /// Exit code by which a helper says that an allocation was refused (std::bad_alloc); it is what

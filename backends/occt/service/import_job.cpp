@@ -105,6 +105,10 @@ void ImportJob::conclude(os::ProcessEnd end) {
         case os::ProcessEnd::MemoryLimit:
             fail("memory-limit", what + " failed: the memory limit was reached" + where + ".");
             break;
+        case os::ProcessEnd::Forbidden:
+            fail("crashed", what + " failed: the reader tried" + where +
+                                " what no reader may, and was ended. The file may be hostile.");
+            break;
         case os::ProcessEnd::NotStarted:
             fail("internal", what + " failed: the helper program cannot be started.");
             break;
