@@ -54,6 +54,18 @@ public:
 /// The file of a document (code 8).
 class SCInfo : public Schema {
 public:
+    /// Length units that the host knows, by their number in its settings.
+    enum class UNITS : std::int32_t {
+        Millimeter = 0,
+        Centimeter = 1,
+        Meter = 2,
+        Kilometer = 3,
+        Inch = 4,
+        Foot = 5,
+        Yard = 6,
+        Mile = 7,
+    };
+
     SCInfo() = default;
     explicit SCInfo(std::wstring file) : file_(std::move(file)) {}
     const std::wstring& file() const { return file_; }
@@ -61,6 +73,19 @@ public:
 
 private:
     std::wstring file_;
+};
+
+/// How a document shows measures (code 9).
+class SCMeasure : public Schema {
+public:
+    SCMeasure() = default;
+    explicit SCMeasure(SCInfo::UNITS displayUnit) : displayUnit_(displayUnit) {}
+    /// Unit of the lengths that the user reads.
+    SCInfo::UNITS displayUnit() const { return displayUnit_; }
+    void setDisplayUnit(SCInfo::UNITS unit) { displayUnit_ = unit; }
+
+private:
+    SCInfo::UNITS displayUnit_ = SCInfo::UNITS::Millimeter;
 };
 
 /// Marks a document as a compare result (code 29) and knows the two files of the run.

@@ -35,4 +35,9 @@ bool PMIInfoPopulator::isMultiBody(const HPS::Exchange::Component& component) {
     return question && !component.Empty() && question(component);
 }
 
+bool PMIInfoPopulator::getPMIInfo(const HPS::Exchange::Component& component, PMIInfos& infos) {
+    const auto& question = services().getPMIInfo;
+    return question && !component.Empty() && question(component, infos);
+}
+
 }  // namespace bxtexchange

@@ -6,6 +6,7 @@
 
 #include "platform/bxt/schema.h"
 #include "platform/exchange/doc_comparer.h"
+#include "platform/exchange/pmi.h"
 #include "platform/hps/component.h"
 
 namespace bxtexchange {
@@ -16,6 +17,8 @@ struct Services {
     std::function<std::unique_ptr<bxtimp::IDocComparer>(const std::wstring&)> makeComparer;
     /// See PMIInfoPopulator::isMultiBody.
     std::function<bool(const HPS::Exchange::Component&)> isMultiBody;
+    /// See PMIInfoPopulator::getPMIInfo; never asked about an empty component.
+    std::function<bool(const HPS::Exchange::Component&, PMIInfos&)> getPMIInfo;
     /// Reads the numbers that a comparer left in its result file, for the host that opens it.
     /// Empty when the file is no result file.
     std::function<std::shared_ptr<bxtsg::Schema>(const std::wstring& path)> readResult;

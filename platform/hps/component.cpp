@@ -1,14 +1,13 @@
 #include "platform/hps/component.h"
 
 #include <cstring>
-#include <stdexcept>
 
 #include "platform/hps/exception.h"
 
 namespace HPS {
 
 const ComponentProvider& Component::Require() const {
-    if (!provider_) throw Exception("operation on an empty component");
+    if (!provider_) throw InvalidObjectException("operation on an empty component");
     return *provider_;
 }
 
@@ -60,7 +59,7 @@ std::size_t ComponentArray::size() const {
 }
 
 Component ComponentArray::operator[](std::size_t index) const {
-    if (index >= size()) throw std::out_of_range("component index");
+    if (index >= size()) throw IndexOutOfRangeException("component index");
     const auto& provider = subject_.Provider();
     if (question_ == Question::Children) {
         return {provider, provider->child(subject_.Id(), index)};

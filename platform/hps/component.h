@@ -13,7 +13,7 @@ namespace HPS {
 class ComponentArray;
 
 /// Small value handle to one component of an imported model. Keeps the model alive.
-/// All operations except Empty() throw HPS::Exception on an empty handle.
+/// All operations except Empty() throw HPS::InvalidObjectException on an empty handle.
 class Component {
 public:
     Component() = default;
@@ -54,7 +54,7 @@ public:
     ComponentId Id() const { return id_; }
 
 protected:
-    /// Provider, or HPS::Exception when empty.
+    /// Provider, or HPS::InvalidObjectException when empty.
     const ComponentProvider& Require() const;
 
 private:
@@ -74,7 +74,7 @@ public:
 
     std::size_t size() const;
     bool empty() const { return size() == 0; }
-    /// Throws std::out_of_range past the end.
+    /// Throws HPS::IndexOutOfRangeException past the end.
     Component operator[](std::size_t index) const;
 
     class Iterator {

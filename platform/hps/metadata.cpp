@@ -22,11 +22,12 @@ Metadata onlyOfType(const Metadata& that, std::uint32_t type) {
 }  // namespace
 
 std::uint32_t Metadata::Type() const {
-    return value_ ? kTypeOfAlternative[value_->value.index()] : 0;
+    if (!value_) return 0;
+    return value_->otherType != 0 ? value_->otherType : kTypeOfAlternative[value_->value.index()];
 }
 
 const MetadataValue& Metadata::Require(std::uint32_t type) const {
-    if (Type() != type) throw Exception("metadata is empty or of another kind");
+    if (Type() != type) throw InvalidObjectException("metadata is empty or of another kind");
     return *value_;
 }
 

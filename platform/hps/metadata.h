@@ -19,6 +19,9 @@ struct Time {
 struct MetadataValue {
     std::string name;  ///< UTF-8
     std::variant<std::string, std::int32_t, std::uint32_t, double, bool, Time> value;
+    /// Type code of a kind that has no typed view; `value` is then not looked at. 0 for the six
+    /// kinds that have one.
+    std::uint32_t otherType = 0;
 };
 
 /// Handle to one metadata object; empty when the component has no such key.
@@ -30,13 +33,13 @@ public:
     bool Empty() const { return !value_; }
 
     /// 0x80001001 signed, ...1002 unsigned, ...1003 floating, ...1004 string, ...1005 time,
-    /// ...1006 boolean; 0 for an empty handle.
+    /// ...1006 boolean, another number for a kind without a typed view; 0 for an empty handle.
     std::uint32_t Type() const;
 
     UTF8 GetName() const { return UTF8(value_ ? value_->name : std::string()); }
 
 protected:
-    /// Throws HPS::Exception when the handle is empty or holds another kind.
+    /// Throws HPS::InvalidObjectException when the handle is empty or holds another kind.
     const MetadataValue& Require(std::uint32_t type) const;
 
 private:
@@ -44,7 +47,7 @@ private:
 };
 
 /// Typed views. Construction from another kind gives an empty handle, and GetValue() of an
-/// empty handle throws HPS::Exception.
+/// empty handle throws HPS::InvalidObjectException.
 class StringMetadata : public Metadata {
 public:
     StringMetadata() = default;

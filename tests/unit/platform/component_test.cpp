@@ -110,9 +110,9 @@ TEST_F(Components, OwnersAreAskedForOnce) {
 }
 
 TEST_F(Components, PositionsPastTheEndThrow) {
-    EXPECT_THROW(top_.GetSubcomponents()[2], std::out_of_range);
-    EXPECT_THROW(top_.GetAllSubcomponents(ComponentType::Curve)[0], std::out_of_range);
-    EXPECT_THROW(HPS::ComponentArray()[0], std::out_of_range);
+    EXPECT_THROW(top_.GetSubcomponents()[2], HPS::IndexOutOfRangeException);
+    EXPECT_THROW(top_.GetAllSubcomponents(ComponentType::Curve)[0], HPS::IndexOutOfRangeException);
+    EXPECT_THROW(HPS::ComponentArray()[0], HPS::IndexOutOfRangeException);
     EXPECT_EQ(HPS::ComponentArray().size(), 0U);
 }
 

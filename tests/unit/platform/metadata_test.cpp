@@ -22,6 +22,15 @@ TEST(Metadata, TellsItsKind) {
     EXPECT_EQ(HPS::Metadata().Type(), 0U);
 }
 
+TEST(Metadata, AKindWithoutATypedViewGivesItsNumberAndNoValue) {
+    const HPS::Metadata other(std::make_shared<const HPS::MetadataValue>(
+        HPS::MetadataValue{"key", std::string("x"), 0x80001042}));
+    EXPECT_EQ(other.Type(), 0x80001042U);
+    EXPECT_FALSE(other.Empty());
+    EXPECT_EQ(other.GetName().GetBytes(), "key");
+    EXPECT_TRUE(HPS::StringMetadata(other).Empty());
+}
+
 TEST(Metadata, GivesItsNameAndValue) {
     EXPECT_EQ(make(1.5).GetName().GetBytes(), "key");
     EXPECT_EQ(HPS::StringMetadata(make(std::string("x"))).GetValue().GetBytes(), "x");
