@@ -7,27 +7,28 @@ bool isBlank(wchar_t c) {
     return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n';
 }
 
-// The scene library hands out zero-terminated arrays: what stands behind a zero is no text.
-void cutAtZero(std::wstring& text) {
-    const std::size_t zero = text.find(L'\0');
-    if (zero != std::wstring::npos) text.resize(zero);
-}
-
 }  // namespace
 
+// The scene library hands out zero-terminated arrays: what stands behind a zero is no text.
+std::wstring ReadText(const HPS::UTF8& text) {
+    std::wstring wide = text.ToWide();
+    const std::size_t zero = wide.find(L'\0');
+    if (zero != std::wstring::npos) wide.resize(zero);
+    return wide;
+}
+
 std::wstring ReadName(const HPS::Component& component) {
-    std::wstring name = component.GetName().ToWide();
-    cutAtZero(name);
-    return name;
+    return ReadText(component.GetName());
+}
+
+std::wstring ReadFileName(const HPS::Component& component) {
+    const HPS::StringMetadata file(component.GetMetadata("Filename"));
+    return file.Empty() ? std::wstring() : ReadText(file.GetValue());
 }
 
 std::wstring GetFileStem(const HPS::Component& component) {
     try {
-        const HPS::StringMetadata file(component.GetMetadata("Filename"));
-        if (file.Empty()) return {};
-        std::wstring path = file.GetValue().ToWide();
-        cutAtZero(path);
-        return std::wstring(StemOfPath(path));
+        return std::wstring(StemOfPath(ReadFileName(component)));
     } catch (...) {
         // A file name that can't be read must not cost the whole tree: the display name decides.
         return {};

@@ -10,6 +10,13 @@ namespace extract {
 /// Name of a component as a wide string; empty when it has none.
 std::wstring ReadName(const HPS::Component& component);
 
+/// Text of the scene library as a wide string, up to its first zero character.
+std::wstring ReadText(const HPS::UTF8& text);
+
+/// The whole text of the component's metadata "Filename"; empty when there is no such metadata or
+/// it is no text. Exceptions of the provider pass through.
+std::wstring ReadFileName(const HPS::Component& component);
+
 /// Stem of the file that the component's metadata "Filename" names. Empty when there is no such
 /// metadata or it can't be read; never throws.
 std::wstring GetFileStem(const HPS::Component& component);
