@@ -16,10 +16,12 @@ int main(int count, char** values) {
     const std::string command = arguments.front();
     arguments.erase(arguments.begin());
     const auto channel = posix::parentChannel();
+    const auto confinement = posix::makeConfinement();
     posix::exitWhenMemoryIsRefused();
-    if (command == "import") return occt::runImportHelper(arguments, *channel);
-    if (command == "compare") return comparer::runCompareHelper(arguments, *channel);
-    if (command == "keep") return comparer::runKeepHelper(arguments, *channel);
+    if (command == "import") return occt::runImportHelper(arguments, *channel, confinement.get());
+    if (command == "compare")
+        return comparer::runCompareHelper(arguments, *channel, confinement.get());
+    if (command == "keep") return comparer::runKeepHelper(arguments, *channel, confinement.get());
     std::fprintf(stderr, "bextora-helper: unknown command %s\n", command.c_str());
     return 2;
 }

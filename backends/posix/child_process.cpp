@@ -155,7 +155,9 @@ void PosixChildProcess::collectWithin(Clock::duration patience) {
 os::ProcessEnd PosixChildProcess::endOf(int code, int status) const {
     if (code != CLD_EXITED) {
         const bool ours = cause_ != os::ProcessEnd::Running && status == SIGKILL;
-        return ours ? cause_ : os::ProcessEnd::Crashed;
+        if (ours) return cause_;
+        if (status == SIGXCPU) return os::ProcessEnd::TimeLimit;
+        return status == SIGSYS ? os::ProcessEnd::Forbidden : os::ProcessEnd::Crashed;
     }
     switch (status) {
         case os::kMemoryLimitExitCode: return os::ProcessEnd::MemoryLimit;

@@ -22,6 +22,7 @@ struct StartRequest {
     std::string program;                 ///< full path
     std::vector<std::string> arguments;  ///< without the program's own name
     std::uint64_t memoryBytes = 0;       ///< of address space; 0: no limit
+    std::uint64_t processorSeconds = 0;  ///< of all its threads; 0: no limit
     bool showOutput = false;             ///< both outputs to our standard error, else nowhere
 };
 
@@ -33,9 +34,9 @@ struct StartedChild {
 };
 
 /// Starts a program that dies with the calling THREAD: the system sends its death signal when the
-/// thread ends that started the child. It gets a process group of its own, no core files, nothing
-/// to read, default signals, and no descriptor of ours but its end of the channel. Returns when
-/// the program runs or has failed to.
+/// thread ends that started the child. It gets a process group of its own, no core files, no new
+/// privileges, no network where the system can forbid it, nothing to read, default signals, and no
+/// descriptor of ours but its end of the channel. Returns when the program runs or has failed to.
 StartedChild startChild(const StartRequest& request);
 
 }  // namespace posix

@@ -4,6 +4,7 @@
 
 #include "backends/posix/child_processes.h"
 #include "backends/posix/clock.h"
+#include "backends/posix/confinement.h"
 #include "backends/posix/debug_output.h"
 #include "backends/posix/files.h"
 #include "backends/posix/io.h"
@@ -30,7 +31,8 @@ std::string defaultHelperPath() {
 }
 
 os::ProcessLimits helperLimits(const Options& options) {
-    os::ProcessLimits limits{options.helperMemoryBytes, options.helperWallTimeMs};
+    os::ProcessLimits limits{options.helperMemoryBytes, options.helperWallTimeMs,
+                             options.helperProcessorTimeMs};
     if (limits.memoryBytes == 0)
         limits.memoryBytes = machineMemoryBytes() / 100 * kDefaultMemoryPercent;
     if (limits.wallTimeMs == 0) limits.wallTimeMs = kDefaultWallTimeMs;
@@ -38,6 +40,10 @@ os::ProcessLimits helperLimits(const Options& options) {
 }
 
 }  // namespace
+
+std::unique_ptr<os::Confinement> makeConfinement() {
+    return std::make_unique<PosixConfinement>();
+}
 
 os::Services makeServices(const Options& options) {
     os::Services services;

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/os/confinement.h"
 #include "platform/os/services.h"
 
 namespace posix {
@@ -18,6 +19,8 @@ struct Options {
     std::uint64_t helperMemoryBytes = 0;
     /// Per helper; 0: 30 minutes.
     std::uint32_t helperWallTimeMs = 0;
+    /// Of all threads of a helper; 0: the wall time times the machine's processors.
+    std::uint64_t helperProcessorTimeMs = 0;
 };
 
 /// All services of this folder for one application.
@@ -27,6 +30,9 @@ os::Services makeServices(const Options& options);
 /// when no host did. From then on SIGPIPE is ignored, and send() ends the helper at once when the
 /// host is gone. Call it once, before the helper starts threads or programs of its own.
 std::unique_ptr<os::ParentChannel> parentChannel();
+
+/// For helpers: what locks this process in. From now on it leaves no core file. Call it early.
+std::unique_ptr<os::Confinement> makeConfinement();
 
 /// For helpers: from now on the first `new` that finds no memory ends the process with
 /// os::kMemoryLimitExitCode, so that no library in between can swallow the error and go on with

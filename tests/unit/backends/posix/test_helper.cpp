@@ -5,6 +5,7 @@
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -24,6 +25,7 @@
 #include "backends/posix/key_store.h"
 #include "backends/posix/posix.h"
 #include "platform/os/utf8.h"
+#include "tests/unit/backends/posix/confined_actions.h"
 
 namespace {
 
@@ -176,6 +178,9 @@ int describe(const Arguments&, os::ParentChannel& channel) {
     tell("group", ::getpgrp() == ::getpid() ? "own" : "shared");
     tell("core", std::to_string(core.rlim_cur));
     tell("memory", std::to_string(memory.rlim_cur));
+    rlimit processor{};
+    ::getrlimit(RLIMIT_CPU, &processor);
+    tell("processor", std::to_string(processor.rlim_cur));
     tell("death", std::to_string(deathSignal));
     tell("pipe", ignored(SIGPIPE) ? "ignored" : "default");
     tell("usr1", ignored(SIGUSR1) ? "ignored" : "default");
@@ -214,6 +219,45 @@ int host(const Arguments& arguments, os::ParentChannel&) {
         }
     }
     sleepForEver();
+}
+
+/// A host of a helper with these arguments, whose lines it prints.
+int relay(const Arguments& arguments, os::ParentChannel&) {
+    posix::Options options;
+    options.helperPath = "/proc/self/exe";
+    const os::Services services = posix::makeServices(options);
+    const auto child = services.processes->startHelper(arguments, {});
+    while (child->poll() == os::ProcessEnd::Running) child->wait(1000);
+    while (const auto line = child->nextLine()) std::cout << *line << std::endl;
+    return 0;
+}
+
+/// A host whose helper crashes in a folder, where the limit on cores is lifted for itself.
+int crashIn(const Arguments& arguments, os::ParentChannel&) {
+    rlimit core{};
+    ::getrlimit(RLIMIT_CORE, &core);
+    core.rlim_cur = core.rlim_max;
+    ::setrlimit(RLIMIT_CORE, &core);
+    if (::chdir(arguments.at(0).c_str()) != 0) return 1;
+    posix::Options options;
+    options.helperPath = "/proc/self/exe";
+    const os::Services services = posix::makeServices(options);
+    const auto child = services.processes->startHelper({"crash", std::to_string(SIGSEGV)}, {});
+    while (child->poll() == os::ProcessEnd::Running) child->wait(1000);
+    std::cout << (child->poll() == os::ProcessEnd::Crashed ? "crashed " : "ended ")
+              << child->exitCode() << std::endl;
+    return 0;
+}
+
+/// What the system says of this process, and whether it gets a socket.
+int tellStatus(const Arguments&, os::ParentChannel& channel) {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("NoNewPrivs:") || line.starts_with("Seccomp:")) channel.send(line);
+    }
+    const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
+    channel.send("socket " + std::to_string(socket < 0 ? errno : 0));
+    return 0;
 }
 
 /// A helper's loop whose host is gone without a death signal.
@@ -314,6 +358,12 @@ int main(int count, char** values) {
         {"close-channel", closeChannelAndHang},
         {"crash", crash},
         {"allocate", allocate},
+        {"confined", posix_test::actConfined},
+        {"restricted", posix_test::actRestricted},
+        {"without", posix_test::runWithout},
+        {"relay", relay},
+        {"crash-in", crashIn},
+        {"status", tellStatus},
         {"grandchild", startGrandchild},
         {"grow", growFile},
         {"describe", describe},
