@@ -22,6 +22,12 @@ constexpr std::uint32_t PmiDimension = 0x11001;
 constexpr std::uint32_t PmiTolerance = 0x11002;
 constexpr std::uint32_t PmiDatum = 0x11003;
 constexpr std::uint32_t PmiNote = 0x11004;
+constexpr std::uint32_t PmiDatumTarget = 0x11005;
+constexpr std::uint32_t PmiSurfaceFinish = 0x11006;
+constexpr std::uint32_t PmiWeld = 0x11007;
+/// Something that is drawn and stands for nothing else in the file.
+constexpr std::uint32_t PmiAnnotation = 0x11008;
+constexpr std::uint32_t PmiView = 0x11009;
 
 /// Whether `type` is selected by `wanted`, an exact code or a mask.
 constexpr bool selects(std::uint32_t wanted, std::uint32_t type) {

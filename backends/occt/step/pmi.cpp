@@ -4,9 +4,14 @@
 #include <map>
 #include <set>
 #include <tuple>
-#include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
+#include "backends/occt/step/dimension.h"
+#include "backends/occt/step/pmi_annotation.h"
+#include "backends/occt/step/pmi_notes.h"
+#include "backends/occt/step/pmi_text.h"
+#include "backends/occt/step/tolerance.h"
 #include "platform/hps/component_type.h"
 
 namespace occt::step {
@@ -14,194 +19,221 @@ namespace {
 
 namespace Type = HPS::ComponentType;
 
-/// First letter a capital, underscores as blanks, all others small.
-std::string asWords(std::string_view keyword) {
-    std::string out;
-    for (const char c : keyword) {
-        if (c == '_')
-            out += ' ';
-        else if (c >= 'A' && c <= 'Z' && !out.empty())
-            out += static_cast<char>(c - 'A' + 'a');
-        else if (c >= 'a' && c <= 'z' && out.empty())
-            out += static_cast<char>(c - 'a' + 'A');
-        else
-            out += c;
+// A line that nobody reads to its end; texts of a megabyte exist.
+constexpr std::size_t kLongestText = 16'000;
+
+bool has(std::string_view text, std::string_view part) {
+    return text.find(part) != std::string_view::npos;
+}
+
+/// Names by which a program calls every item of a kind.
+bool isOfAKind(const std::string& name) {
+    const std::string small = inSmallLetters(name);
+    return small.starts_with("geometric tolerance") || small.starts_with("geometric_tolerance");
+}
+
+/// "4X": how often a dimension holds.
+bool isCount(const std::string& text) {
+    constexpr const char* digits = "0123456789";
+    const std::size_t end = text.find_first_not_of(digits);
+    return end != 0 && end != std::string::npos && end + 1 == text.size() &&
+           (text[end] == 'X' || text[end] == 'x');
+}
+
+std::uint32_t drawnType(const Annotation& annotation) {
+    const std::string words = inSmallLetters(annotation.kind + ' ' + annotation.name);
+    if (has(words, "surface finish") || has(words, "roughness") || has(words, "surface texture")) {
+        return Type::PmiSurfaceFinish;
     }
-    return out;
+    if (has(words, "weld")) return Type::PmiWeld;
+    if (has(words, "note") || has(words, "text") || has(words, "label")) return Type::PmiNote;
+    return Type::PmiAnnotation;
 }
 
-std::string trimmed(const std::string& text) {
-    const std::size_t first = text.find_first_not_of(" \t");
-    if (first == std::string::npos) return {};
-    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+std::string cutText(std::string text) {
+    if (text.size() <= kLongestText) return text;
+    std::size_t end = kLongestText;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+    return text.substr(0, end) + sign::Range;
 }
-
-constexpr std::pair<const char*, std::array<float, 3>> kColors[] = {
-    {"red", {1, 0, 0}},     {"green", {0, 1, 0}}, {"blue", {0, 0, 1}},  {"yellow", {1, 1, 0}},
-    {"magenta", {1, 0, 1}}, {"cyan", {0, 1, 1}},  {"black", {0, 0, 0}}, {"white", {1, 1, 1}},
-};
 
 class PmiReader {
 public:
     PmiReader(const Part21& file, const Products& products)
-        : file_(file), products_(products), finder_(file, products) {}
+        : file_(file),
+          products_(products),
+          finder_(file, products),
+          measures_(file),
+          dimensions_(file, measures_),
+          tolerances_(file, measures_),
+          annotations_(file) {}
 
     std::vector<Pmi> read() {
-        if (products_.products.empty()) return {};
-        linkDimensions();
-        linkAnnotations();
         for (const std::string_view keyword : file_.keywords()) {
-            if (keyword.starts_with("DIMENSIONAL_LOCATION") ||
-                keyword.starts_with("DIMENSIONAL_SIZE") || keyword == "ANGULAR_LOCATION" ||
-                keyword == "ANGULAR_SIZE" || keyword == "DIRECTED_DIMENSIONAL_LOCATION") {
-                all(keyword, Type::PmiDimension);
-            } else if (isTolerance(keyword)) {
-                all(keyword, Type::PmiTolerance);
-            } else if (keyword == "DATUM") {
-                all(keyword, Type::PmiDatum);
+            if (DimensionReader::isDimension(keyword)) {
+                all(keyword, &PmiReader::dimension);
+            } else if (ToleranceReader::isTolerance(keyword)) {
+                all(keyword, &PmiReader::tolerance);
+            } else if (ToleranceReader::isDatum(keyword)) {
+                all(keyword, &PmiReader::datum);
+            } else if (ToleranceReader::isDatumTarget(keyword)) {
+                all(keyword, &PmiReader::datumTarget);
+            } else if (keyword == "DATUM_FEATURE") {
+                datumFeatures();
             }
         }
+        notes();
+        drawnOnes();
+        views();
         return number();
     }
 
 private:
-    static bool isTolerance(std::string_view keyword) {
-        return keyword.ends_with("_TOLERANCE") && keyword != "PLUS_MINUS_TOLERANCE" &&
-               !keyword.ends_with("GEOMETRIC_TOLERANCE");
-    }
+    using Records = std::vector<Record>;
 
-    void linkDimensions() {
-        for (const std::uint32_t index :
-             file_.ofType("DIMENSIONAL_CHARACTERISTIC_REPRESENTATION")) {
-            const auto record = file_.read(file_.instances()[index].id,
-                                           "DIMENSIONAL_CHARACTERISTIC_REPRESENTATION");
-            if (record) dimensionValues_[record->reference(0)] = record->reference(1);
-        }
-    }
-
-    void linkAnnotations() {
-        for (const char* type : {"DRAUGHTING_MODEL_ITEM_ASSOCIATION",
-                                 "DRAUGHTING_MODEL_ITEM_ASSOCIATION_WITH_PLACEHOLDER"}) {
-            for (const std::uint32_t index : file_.ofType(type)) {
-                const auto record = file_.read(file_.instances()[index].id, type);
-                if (!record) continue;
-                collectReferences(record->at(4), annotations_[record->reference(2)]);
-            }
-        }
-    }
-
-    void all(std::string_view keyword, std::uint32_t type) {
+    void all(std::string_view keyword,
+             void (PmiReader::*fill)(Pmi&, std::uint64_t, const Records&)) {
         for (const std::uint32_t index : file_.ofType(keyword)) {
             const Instance& instance = file_.instances()[index];
-            if (!seen_.insert(instance.id).second) continue;
+            if (!meanings_.insert(instance.id).second) continue;
             Pmi pmi;
-            pmi.type = type;
-            const auto records = file_.read(instance);
-            pmi.name = nameOf(keyword, type, records);
-            pmi.values = valuesOf(instance.id, records);
-            const auto product = finder_.productOf(instance.id);
-            pmi.product = product.value_or(products_.roots.empty() ? 0 : products_.roots[0]);
-            pmi.color = colorOf(instance.id);
-            out_.push_back(std::move(pmi));
+            pmi.product = productOf(instance.id);
+            pmi.color = annotations_.colorOf(annotations_.drawnFor(instance.id));
+            (this->*fill)(pmi, instance.id, file_.read(instance));
+            add(std::move(pmi));
         }
     }
 
-    static std::string nameOf(std::string_view keyword, std::uint32_t type,
-                              const std::vector<Record>& records) {
-        if (type == Type::PmiTolerance) {
-            return asWords(keyword.substr(0, keyword.size() - std::size("_TOLERANCE") + 1));
+    std::size_t productOf(std::uint64_t id) const {
+        const auto product = id != 0 ? finder_.productOf(id) : std::nullopt;
+        return product.value_or(products_.roots.empty() ? 0 : products_.roots[0]);
+    }
+
+    double unitMm(const Pmi& pmi) const { return products_.products[pmi.product].unitMm; }
+
+    void add(Pmi pmi) {
+        pmi.text = cutText(std::move(pmi.text));
+        out_.push_back(std::move(pmi));
+    }
+
+    void dimension(Pmi& pmi, std::uint64_t id, const Records& records) {
+        DimensionText read = dimensions_.read(id, records, unitMm(pmi));
+        pmi.type = Type::PmiDimension;
+        pmi.values = std::move(read.values);
+        pmi.text = std::move(read.text);
+        const auto& drawn = annotations_.drawnFor(id);
+        const std::string drawnText = annotations_.textOf(drawn);
+        if (pmi.text.empty()) {
+            pmi.text = drawnText;
+        } else if (isCount(drawnText)) {
+            pmi.text = drawnText + ' ' + pmi.text;
         }
-        std::string own;
+        pmi.name = annotations_.nameOf(drawn);
+        if (pmi.name.empty()) pmi.name = std::move(read.kind);
+    }
+
+    void tolerance(Pmi& pmi, std::uint64_t id, const Records& records) {
+        ToleranceText read = tolerances_.tolerance(id, records, unitMm(pmi));
+        pmi.type = Type::PmiTolerance;
+        pmi.values = std::move(read.values);
+        pmi.text = std::move(read.text);
         for (const Record& record : records) {
-            if (record.keyword != keyword) continue;
-            if (type == Type::PmiDatum)
-                own = record.text(record.values.size() - 1);
-            else
-                own = trimmed(record.text(record.at(0).isText() ? 0 : 1));
+            const bool holds = record.keyword == "GEOMETRIC_TOLERANCE" || record.values.size() >= 4;
+            if (holds && record.at(0).isText()) pmi.name = shortName(record.text(0));
         }
-        if (type == Type::PmiDatum) return own.empty() ? "Datum" : "Datum " + own;
-        return own.empty() ? asWords(keyword) : asWords(own);
+        if (saysMore(pmi.name)) names_.insert(pmi.name);
+        if (!saysMore(pmi.name) || isOfAKind(pmi.name)) {
+            pmi.name = annotations_.nameOf(annotations_.drawnFor(id));
+        }
+        if (pmi.name.empty() || isOfAKind(pmi.name)) pmi.name = std::move(read.kind);
     }
 
-    std::vector<double> valuesOf(std::uint64_t id, const std::vector<Record>& records) const {
-        std::vector<double> values;
-        const auto dimension = dimensionValues_.find(id);
-        if (dimension != dimensionValues_.end()) {
-            const auto shape = file_.read(dimension->second, "SHAPE_DIMENSION_REPRESENTATION");
-            std::vector<std::uint64_t> items;
-            if (shape) collectReferences(shape->at(1), items);
-            for (const std::uint64_t item : items) appendMeasure(item, values);
-        }
+    void datum(Pmi& pmi, std::uint64_t, const Records& records) {
+        ToleranceText read = tolerances_.datum(records);
+        pmi.type = Type::PmiDatum;
+        pmi.name = std::move(read.kind);
+        addWord(pmi.name, read.text);
+        pmi.text = std::move(read.text);
+        // Drawn symbols of datums have their names from them.
         for (const Record& record : records) {
-            if (!record.keyword.ends_with("TOLERANCE")) continue;
-            for (const Value& value : record.values) {
-                if (value.isReference()) appendMeasure(value.reference, values);
-            }
-        }
-        return values;
-    }
-
-    /// Numbers of a measure; nothing for an entity of another kind.
-    void appendMeasure(std::uint64_t id, std::vector<double>& values) const {
-        const Instance* const instance = file_.find(id);
-        if (instance == nullptr) return;
-        for (const Record& record : file_.read(*instance)) {
-            if (record.keyword.find("MEASURE") == std::string::npos) continue;
-            for (const Value& value : record.values) {
-                if (value.kind != Value::Kind::Typed || value.items.size() != 1) continue;
-                if (value.items[0].kind == Value::Kind::Number) {
-                    values.push_back(value.items[0].number);
-                }
-            }
+            if (record.values.size() >= 4) names_.insert(shortName(record.text(0)));
         }
     }
 
-    std::optional<std::array<float, 3>> colorOf(std::uint64_t id) const {
-        const auto annotated = annotations_.find(id);
-        if (annotated == annotations_.end()) return std::nullopt;
-        // The colour stands a few entities behind the annotation; what is further is another's.
-        constexpr std::size_t most = 64;
-        std::vector<std::uint64_t> open = annotated->second;
-        std::unordered_set<std::uint64_t> seen;
-        for (std::size_t next = 0; next < open.size() && next < most; ++next) {
-            const Instance* const instance = file_.find(open[next]);
-            if (instance == nullptr || !seen.insert(open[next]).second) continue;
-            for (const Record& record : file_.read(*instance)) {
-                if (const auto color = colorOf(record)) return color;
-                for (const Value& value : record.values) collectReferences(value, open);
-            }
-        }
-        return std::nullopt;
+    void datumTarget(Pmi& pmi, std::uint64_t id, const Records& records) {
+        ToleranceText read = tolerances_.datumTarget(id, records, unitMm(pmi));
+        pmi.type = Type::PmiDatumTarget;
+        pmi.values = std::move(read.values);
+        pmi.name = std::move(read.kind);
+        addWord(pmi.name, read.text.substr(0, read.text.find(' ')));
+        pmi.text = std::move(read.text);
     }
 
-    static std::optional<std::array<float, 3>> colorOf(const Record& record) {
-        if (record.keyword == "COLOUR_RGB") {
-            std::array<float, 3> color = {};
-            for (std::size_t i = 0; i < 3; ++i) {
-                color[i] = static_cast<float>(std::clamp(record.at(i + 1).number, 0.0, 1.0));
+    void datumFeatures() {
+        for (const std::uint32_t index : file_.ofType("DATUM_FEATURE")) {
+            const Instance& instance = file_.instances()[index];
+            meanings_.insert(instance.id);
+            for (const Record& record : file_.read(instance)) {
+                const bool holds =
+                    record.keyword == "DATUM_FEATURE" || record.keyword == "SHAPE_ASPECT";
+                if (holds && record.values.size() >= 4) names_.insert(shortName(record.text(0)));
             }
-            return color;
         }
-        if (record.keyword != "DRAUGHTING_PRE_DEFINED_COLOUR") return std::nullopt;
-        for (const auto& [name, color] : kColors) {
-            if (record.text(0) == name) return color;
+    }
+
+    void notes() {
+        for (NoteText& note : readNotes(file_, measures_)) {
+            Pmi pmi;
+            pmi.type = note.isSurfaceFinish ? Type::PmiSurfaceFinish : Type::PmiNote;
+            pmi.product = productOf(note.subject);
+            pmi.name = note.name.empty() ? (note.isSurfaceFinish ? "Surface finish" : "Note")
+                                         : std::move(note.name);
+            pmi.text = std::move(note.text);
+            meanings_.insert(note.property);
+            add(std::move(pmi));
         }
-        return std::nullopt;
+    }
+
+    void drawnOnes() {
+        for (Annotation& annotation : annotations_.others(meanings_, names_)) {
+            Pmi pmi;
+            pmi.type = drawnType(annotation);
+            pmi.product = productOf(annotation.subject);
+            pmi.color = annotations_.colorOf({annotation.id});
+            pmi.name = !annotation.name.empty()   ? std::move(annotation.name)
+                       : !annotation.kind.empty() ? asWords(annotation.kind)
+                                                  : "Annotation";
+            pmi.text = std::move(annotation.text);
+            add(std::move(pmi));
+        }
+    }
+
+    void views() {
+        for (const SavedView& view : annotations_.views()) {
+            Pmi pmi;
+            pmi.type = Type::PmiView;
+            pmi.product = productOf(0);
+            pmi.name = "View";
+            addWord(pmi.name, view.name);
+            if (view.annotations == 1) pmi.text = "1 annotation";
+            if (view.annotations > 1) pmi.text = std::to_string(view.annotations) + " annotations";
+            add(std::move(pmi));
+        }
     }
 
     std::vector<Pmi> number() {
         std::stable_sort(out_.begin(), out_.end(), [this](const Pmi& a, const Pmi& b) {
             const std::string& nameA = products_.products[a.product].name;
             const std::string& nameB = products_.products[b.product].name;
-            return std::tie(a.type, a.name, a.values, nameA, a.color) <
-                   std::tie(b.type, b.name, b.values, nameB, b.color);
+            return std::tie(a.type, a.name, a.text, a.values, nameA, a.color) <
+                   std::tie(b.type, b.name, b.text, b.values, nameB, b.color);
         });
         std::set<std::string> taken;
         for (const Pmi& pmi : out_) taken.insert(pmi.name);
-        std::map<std::string, int> count;
+        std::map<std::string, std::size_t> count;
         for (Pmi& pmi : out_) {
             const std::string stem = pmi.name;
-            int& number = count[stem];
+            std::size_t& number = count[stem];
             if (++number == 1) continue;
             while (!taken.insert(stem + " " + std::to_string(number)).second) ++number;
             pmi.name = stem + " " + std::to_string(number);
@@ -212,15 +244,20 @@ private:
     const Part21& file_;
     const Products& products_;
     ProductFinder finder_;
-    std::unordered_map<std::uint64_t, std::uint64_t> dimensionValues_;
-    std::unordered_map<std::uint64_t, std::vector<std::uint64_t>> annotations_;
-    std::unordered_set<std::uint64_t> seen_;
+    MeasureReader measures_;
+    DimensionReader dimensions_;
+    ToleranceReader tolerances_;
+    AnnotationReader annotations_;
+    /// Entities that an annotation may be drawn for without being an item of its own.
+    std::unordered_set<std::uint64_t> meanings_;
+    std::unordered_set<std::string> names_;
     std::vector<Pmi> out_;
 };
 
 }  // namespace
 
 std::vector<Pmi> readPmi(const Part21& file, const Products& products) {
+    if (products.products.empty()) return {};
     return PmiReader(file, products).read();
 }
 

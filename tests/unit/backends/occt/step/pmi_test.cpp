@@ -3,8 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/hps/component_type.h"
-#include "tests/unit/backends/occt/step/product_text.h"
-#include "tests/unit/backends/occt/step/step_file.h"
+#include "tests/unit/backends/occt/step/pmi_file.h"
 
 namespace {
 
@@ -12,26 +11,16 @@ namespace Type = HPS::ComponentType;
 using occt::step::Pmi;
 using occt::step::readPmi;
 using occt::step::readProducts;
-using step_test::kContexts;
-using step_test::product;
+using step_test::linesOf;
+using step_test::pmiOf;
 using step_test::StepFile;
-
-/// Two products, an aspect of each (#70 and #71), and a length (#72).
-std::vector<Pmi> pmiOf(const std::string& text) {
-    const StepFile step(kContexts + product(10, "", "a") + product(20, "", "b") +
-                        "#70=SHAPE_ASPECT('','',#13,.T.);#71=SHAPE_ASPECT('','',#23,.T.);"
-                        "#72=LENGTH_MEASURE_WITH_UNIT(LENGTH_MEASURE(0.05),#901);" +
-                        text);
-    return readPmi(step.file, readProducts(step.file));
-}
+using step_test::Texts;
 
 std::vector<std::string> names(const std::vector<Pmi>& all) {
     std::vector<std::string> out;
     for (const Pmi& pmi : all) out.push_back(pmi.name);
     return out;
 }
-
-using Texts = std::vector<std::string>;
 
 TEST(StepPmi, DimensionsHaveKindValueAndProduct) {
     const auto all = pmiOf(
@@ -53,7 +42,7 @@ TEST(StepPmi, DimensionsHaveKindValueAndProduct) {
 TEST(StepPmi, TolerancesAreNamedByTheirOwnKind) {
     const auto all = pmiOf(
         "#30=FLATNESS_TOLERANCE('Geometric tolerance.1','',#72,#70);"
-        "#31=(GEOMETRIC_TOLERANCE('x','',#72,#71)GEOMETRIC_TOLERANCE_WITH_DATUM_REFERENCE((#70))"
+        "#31=(GEOMETRIC_TOLERANCE('','',#72,#71)GEOMETRIC_TOLERANCE_WITH_DATUM_REFERENCE((#70))"
         "MODIFIED_GEOMETRIC_TOLERANCE(.MAXIMUM_MATERIAL_CONDITION.)POSITION_TOLERANCE());"
         "#32=PLUS_MINUS_TOLERANCE(#33,#34);#35=(GEOMETRIC_TOLERANCE('','',#72,#70)"
         "SURFACE_PROFILE_TOLERANCE()UNEQUALLY_DISPOSED_GEOMETRIC_TOLERANCE(#72));");
@@ -62,6 +51,21 @@ TEST(StepPmi, TolerancesAreNamedByTheirOwnKind) {
     EXPECT_EQ(all[0].values, (std::vector<double>{0.05}));
     EXPECT_EQ(all[1].product, 1U);
     EXPECT_EQ(all[1].values, (std::vector<double>{0.05}));
+}
+
+TEST(StepPmi, TheAuthorsNamesStand) {
+    const std::string drawn =
+        "#40=DRAUGHTING_MODEL_ITEM_ASSOCIATION('','',#30,#99,#41);"
+        "#41=DRAUGHTING_CALLOUT('Linear Size.3',(#42));"
+        "#42=TESSELLATED_ANNOTATION_OCCURRENCE('other',(),#43);#43=TESSELLATED_GEOMETRIC_SET('',())"
+        ";";
+    EXPECT_EQ(linesOf("#30=DIMENSIONAL_SIZE(#70,'radius');" + drawn), (Texts{"Linear Size.3|"}));
+    EXPECT_EQ(linesOf("#30=FLATNESS_TOLERANCE('FC4','',#72,#70);" + drawn),
+              (Texts{"FC4|\u23E5 0.05"}));
+    EXPECT_EQ(linesOf("#30=FLATNESS_TOLERANCE('Geometric tolerance.7','',#72,#70);" + drawn),
+              (Texts{"Linear Size.3|\u23E5 0.05"}));
+    EXPECT_EQ(linesOf("#30=FLATNESS_TOLERANCE('#30','',#72,#70);"), (Texts{"Flatness|\u23E5 0.05"}))
+        << "a number of an entity is nobody's name";
 }
 
 TEST(StepPmi, DatumsHaveTheirLetter) {
