@@ -115,12 +115,16 @@ public:
     Outcome run(const Matrix& rootPlacement) {
         if (in_.definitions.empty()) return {std::move(in_), std::nullopt};
         cutCycles();
+        declaredDefinitions_ = in_.definitions.size();
+        for (const Definition& d : in_.definitions) declaredUsages_ += d.usages.size();
         // Nothing stands above the root that could carry its translation.
         moveRoot(rootPlacement);
         out_.root = variant({in_.root, kSame});
         for (std::size_t i = 0; i < variants_.size(); ++i) {
             addUsages(i);
-            if (std::max(variants_.size(), usages_) > kMostDefinitions || points_ > kMostPoints) {
+            const bool grows = variants_.size() > declaredDefinitions_ + kMostMore ||
+                               usages_ > declaredUsages_ + kMostMore;
+            if (grows || points_ > kMostPoints) {
                 return tooLarge();
             }
         }
@@ -280,6 +284,8 @@ private:
     std::map<std::uint32_t, std::size_t> uses_;
     std::uint64_t points_ = 0;
     std::size_t usages_ = 0;
+    std::size_t declaredDefinitions_ = 0;
+    std::size_t declaredUsages_ = 0;
     std::uint64_t circular_ = 0;
     std::uint64_t misplaced_ = 0;
     std::uint64_t absurdBodies_ = 0;

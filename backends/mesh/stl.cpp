@@ -250,8 +250,8 @@ bool isTextStl(std::string_view bytes) {
     if (!sameWord(text.word(), "solid")) return false;
     text.restOfLine();
     const std::string_view next = text.word();
-    return next.empty() || sameWord(next, "facet") || sameWord(next, "endsolid") ||
-           sameWord(next, "end");
+    return next.empty() || sameWord(next, "facet") || sameWord(next, "color") ||
+           sameWord(next, "endsolid") || sameWord(next, "end");
 }
 
 Outcome readStl(std::string_view bytes) {
