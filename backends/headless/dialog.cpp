@@ -1,14 +1,11 @@
 #include "backends/headless/dialog.h"
 
+#include "backends/headless/metrics.h"
 #include "backends/headless/toolkit.h"
 #include "backends/headless/user.h"
 
 namespace headless {
 namespace {
-
-bool isButton(ui::ControlKind kind) {
-    return kind == ui::ControlKind::PushButton || kind == ui::ControlKind::DefaultButton;
-}
 
 bool takesFocus(ui::ControlKind kind) {
     return kind != ui::ControlKind::GroupBox && kind != ui::ControlKind::StaticText;
@@ -18,13 +15,12 @@ bool takesFocus(ui::ControlKind kind) {
 
 Dialog::Dialog(const ui::DialogTemplate& shape, Toolkit& toolkit)
     : shape_(shape), toolkit_(toolkit), caption_(shape.caption) {
+    const int dpi = toolkit.dotsPerInch();
+    place_ = ui::rectAt(0, 0, metrics::horizontalPx(shape.width, dpi),
+                        metrics::verticalPx(shape.height, dpi));
     for (const ui::ControlTemplate& control : shape_.controls) {
-        Control& made = controls_[control.id];
-        made.kind = control.kind;
-        made.text = control.text;
-        if (control.kind == ui::ControlKind::Tree) made.tree = std::make_unique<Tree>();
+        addControl(control);
     }
-    controls_.erase(-1);  // nobody addresses these
 }
 
 Dialog::~Dialog() {
@@ -75,7 +71,7 @@ void Dialog::setBrowse(int controlId, const ui::BrowseOptions& options) {
     if (Control* control = find(controlId)) control->browse = options;
 }
 
-ui::TreeControl* Dialog::tree(int controlId) {
+Tree* Dialog::tree(int controlId) {
     Control* control = find(controlId);
     return control ? control->tree.get() : nullptr;
 }
@@ -130,35 +126,6 @@ void Dialog::show(bool visible) {
 
 void Dialog::bringToForeground() {
     if (visible_) toolkit_.windowShown(*this);
-}
-
-bool Dialog::type(int controlId, const std::wstring& text) {
-    Control* control = find(controlId);
-    if (!control || !control->enabled || control->kind != ui::ControlKind::FileEdit) return false;
-    focus_ = controlId;
-    control->text = text;
-    if (events_) events_->onTextChanged(controlId);
-    return true;
-}
-
-bool Dialog::press(int controlId) {
-    const Control* control = find(controlId);
-    if (!control || !control->enabled || !isButton(control->kind)) return false;
-    focus_ = controlId;
-    if (events_) events_->onClicked(controlId);
-    return true;
-}
-
-void Dialog::close() {
-    if (!events_) return;
-    events_->onCancel();
-    endModal(kCancelled);
-}
-
-ui::ItemColours Dialog::paintedColours(int treeId, ui::TreeItem item) {
-    const ui::TreeControl* shown = tree(treeId);
-    return shown && item && events_ ? events_->onPaintItem(treeId, shown->item(item))
-                                    : ui::ItemColours();
 }
 
 std::wstring Dialog::shownCueBanner(int controlId) const {

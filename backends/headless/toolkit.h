@@ -28,6 +28,9 @@ public:
     void setActiveWindowCaption(const std::wstring& caption) override;
 
     User& user() { return *user_; }
+    /// Of the display for which dialogs are made from now on.
+    int dotsPerInch() const { return dotsPerInch_; }
+    void setDotsPerInch(int dotsPerInch) { dotsPerInch_ = dotsPerInch; }
     /// Begins of the wait cursor that have not met their end.
     int waitCursorDepth() const { return waitCursorDepth_; }
     /// How often the cursor was set without counting.
@@ -49,6 +52,7 @@ private:
     std::vector<MessageBox> messageBoxes_;
     int waitCursorDepth_ = 0;
     int waitCursorSets_ = 0;
+    int dotsPerInch_ = 96;
 };
 
 }  // namespace headless

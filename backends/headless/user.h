@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+
+#include "platform/ui/file_chooser.h"
 
 namespace headless {
 
@@ -27,6 +30,13 @@ public:
 
     /// A message box; returns the number of the button that was pressed (1 is OK).
     virtual int answerMessageBox(const MessageBox& box) = 0;
+
+    /// Where to save; empty cancels. The default extension is added to what is returned.
+    virtual std::optional<std::wstring> answerSaveFile(const ui::SaveFileOptions& /*options*/) {
+        return std::nullopt;
+    }
+    /// Whether a file that exists may be replaced; a no cancels the choice.
+    virtual bool allowsReplacing(const std::wstring& /*path*/) { return true; }
 
     /// Asked again and again while the progress window stands; true presses its Cancel.
     virtual bool cancelsProgress() { return false; }

@@ -4,37 +4,13 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
+#include "platform/ui/dialog_events.h"
+#include "platform/ui/dialog_surface.h"
+#include "platform/ui/dialog_template.h"
 #include "platform/ui/tree_control.h"
 
 namespace ui {
-
-enum class ControlKind { GroupBox, FileEdit, StaticText, PushButton, DefaultButton, Tree };
-
-/// Place in dialog units.
-struct DialogRect {
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
-};
-
-struct ControlTemplate {
-    int id = 0;  ///< -1 for controls that nobody addresses
-    ControlKind kind = ControlKind::StaticText;
-    DialogRect place;
-    std::wstring text;
-};
-
-struct DialogTemplate {
-    int id = 0;
-    std::wstring caption;
-    std::wstring font;
-    int width = 0;   ///< dialog units
-    int height = 0;  ///< dialog units
-    std::vector<ControlTemplate> controls;
-};
 
 /// How a file edit's browse button asks for a file.
 struct BrowseOptions {
@@ -46,30 +22,14 @@ struct BrowseOptions {
     std::uint32_t image = 0;
 };
 
-/// What happens in a dialog. All calls come on the user-interface thread.
-class DialogEvents {
-public:
-    virtual ~DialogEvents();
-    /// The controls exist, nothing is shown yet.
-    virtual void onInitDialog() {}
-    /// The user (not setText()) changed the text of a control.
-    virtual void onTextChanged(int /*controlId*/) {}
-    /// A button was pressed.
-    virtual void onClicked(int /*controlId*/) {}
-    /// A tree paints an item and asks for its colours; for every item in every paint cycle.
-    virtual ItemColours onPaintItem(int /*treeId*/, const TreeItemData& /*item*/) { return {}; }
-    /// The close box or Esc. The default of a modal dialog is to end with kCancelled.
-    virtual void onCancel() {}
-};
-
 /// A dialog made from a template: the window and its controls. Control ids that the template
 /// does not hold are ignored, and their texts are empty.
-class Dialog {
+class Dialog : public DialogSurface {
 public:
     static constexpr int kConfirmed = 1;
     static constexpr int kCancelled = 2;
 
-    virtual ~Dialog();
+    ~Dialog() override;
 
     virtual std::wstring text(int controlId) const = 0;
     virtual void setText(int controlId, const std::wstring& text) = 0;

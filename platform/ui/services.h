@@ -4,7 +4,10 @@
 #include <memory>
 #include <string>
 
+#include "platform/ui/clipboard.h"
 #include "platform/ui/dialog.h"
+#include "platform/ui/file_chooser.h"
+#include "platform/ui/screen.h"
 
 namespace ui {
 
@@ -17,7 +20,8 @@ public:
     virtual std::unique_ptr<Dialog> createDialog(const DialogTemplate& shape) = 0;
 
     /// Modal message box over the active window; `style` in the numbering of the desktop that
-    /// the texts were written for (0x10 error icon, 0x10000 foreground, 0x40000 topmost).
+    /// the texts were written for (0x10 error icon, 0x20 question icon, 0x10000 foreground,
+    /// 0x40000 topmost).
     virtual int messageBox(const std::wstring& text, const std::wstring& caption,
                            std::uint32_t style) = 0;
 
@@ -31,10 +35,26 @@ public:
     virtual void setActiveWindowCaption(const std::wstring& caption) = 0;
 };
 
+/// What the application puts behind this folder's contracts. Everything may be null.
 struct Services {
     std::shared_ptr<Toolkit> toolkit;
+    std::shared_ptr<Clipboard> clipboard;
+    std::shared_ptr<FileChooser> fileChooser;
+    std::shared_ptr<Screen> screen;
 };
 
 Services& services();
+
+/// The counted wait cursor for as long as this lives. Nothing without a toolkit.
+class WaitCursor {
+public:
+    WaitCursor();
+    ~WaitCursor();
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+
+private:
+    std::shared_ptr<Toolkit> toolkit_;
+};
 
 }  // namespace ui

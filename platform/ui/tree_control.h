@@ -2,7 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
+
+#include "platform/ui/colour.h"
 
 namespace ui {
 
@@ -18,14 +21,27 @@ struct TreeItemData {
     bool hasChildren = false;
 };
 
-/// Colours of one item, 0x00BBGGRR.
-struct ItemColours {
-    bool changed = false;  ///< false: the control's own colours
-    std::uint32_t text = 0;
-    std::uint32_t background = 0;
+/// A vertical scroll bar of a tree, counted in items that no closed item hides.
+struct ScrollRange {
+    int position = 0;
+    int last = 0;  ///< greatest position that can be reached
+    int page = 0;  ///< items that fit into the control
+};
+
+struct TreeStyle {
+    bool border = false;
+    bool buttons = false;
+    bool lines = false;
+    bool linesAtRoot = false;
+    bool showSelectionAlways = false;
+    bool fullRowSelect = false;
+    bool doubleBuffer = false;
 };
 
 /// A tree of texts. Belongs to the user-interface thread.
+///
+/// The operations with a body have the answers of a tree that is only filled: it opens and closes
+/// nothing and has no scroll bar.
 class TreeControl {
 public:
     virtual ~TreeControl();
@@ -41,6 +57,20 @@ public:
     virtual TreeItem firstChild(TreeItem parent) const = 0;
     virtual TreeItem nextSibling(TreeItem item) const = 0;
     virtual const TreeItemData& item(TreeItem item) const = 0;
+
+    virtual void setStyle(const TreeStyle&) {}
+    virtual void setColours(Colour /*text*/, Colour /*background*/) {}
+
+    /// Opens or closes an item. The owner's events hear of it when that changed something.
+    virtual void expand(TreeItem /*item*/, bool /*open*/) {}
+
+    /// The vertical bar; empty when the tree has none now.
+    virtual std::optional<ScrollRange> verticalScroll() const { return std::nullopt; }
+    /// Moves the bar's thumb and nothing else: the items stay where they are.
+    virtual void setScrollPosition(int /*position*/) {}
+    /// Scrolls the items to a position as if the bar's thumb had been dropped there, as far as
+    /// there is anything to see. The owner's events hear of it.
+    virtual void dropThumb(std::uint16_t /*position*/) {}
 };
 
 }  // namespace ui

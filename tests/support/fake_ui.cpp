@@ -1,5 +1,7 @@
 #include "tests/support/fake_ui.h"
 
+#include <algorithm>
+
 #include "tests/support/fake_os.h"
 
 namespace support {
@@ -68,13 +70,15 @@ void FakeDialog::State::click(int controlId) {
 FakeDialog::FakeDialog(const ui::DialogTemplate& shape, Script script, Log log)
     : state_(std::make_shared<State>()), script_(std::move(script)), log_(std::move(log)) {
     state_->shape = shape;
-    for (const ui::ControlTemplate& control : shape.controls) {
-        if (control.id < 0) continue;
-        state_->texts[control.id] = control.text;
-        state_->enabled[control.id] = true;
-        if (control.kind == ui::ControlKind::Tree) {
-            state_->trees[control.id] = std::make_unique<FakeTree>();
-        }
+    for (const ui::ControlTemplate& control : shape.controls) addControl(control);
+}
+
+void FakeDialog::addControl(const ui::ControlTemplate& control) {
+    if (control.id < 0) return;
+    state_->texts[control.id] = control.text;
+    state_->enabled[control.id] = true;
+    if (control.kind == ui::ControlKind::Tree) {
+        state_->trees[control.id] = std::make_unique<FakeTree>();
     }
 }
 
@@ -174,8 +178,12 @@ void FakeDialog::bringToForeground() {
 
 std::unique_ptr<ui::Dialog> FakeToolkit::createDialog(const ui::DialogTemplate& shape) {
     FakeDialog::Script script;
+    // The dialogs that ask for something are the modal ones.
     const bool modal =
-        shape.controls.empty() || shape.controls.back().kind != ui::ControlKind::Tree;
+        shape.controls.empty() || std::any_of(shape.controls.begin(), shape.controls.end(),
+                                              [](const ui::ControlTemplate& control) {
+                                                  return control.kind == ui::ControlKind::FileEdit;
+                                              });
     if (modal && !scripts.empty()) {
         script = std::move(scripts.front());
         scripts.erase(scripts.begin());

@@ -76,6 +76,7 @@ public:
     void setCueBanner(int controlId, const std::wstring& text, bool whileFocused) override;
     void setBrowse(int controlId, const ui::BrowseOptions& options) override;
     ui::TreeControl* tree(int controlId) override;
+    void addControl(const ui::ControlTemplate& control) override;
     int runModal(ui::DialogEvents& events) override;
     void endModal(int result) override;
     void createModeless(ui::DialogEvents& events) override;
