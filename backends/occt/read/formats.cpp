@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "backends/occt/file_formats.h"
+#include "backends/occt/read/step_references.h"
 
 namespace occt {
 namespace {
@@ -31,9 +32,30 @@ bool isStep(std::string_view bytes) {
                       [](char a, char b) { return small(a) == b; });
 }
 
+/// Text or binary; the text may have a word for other tools in front.
+bool isBrep(std::string_view bytes) {
+    constexpr std::string_view word = "DBRep_DrawableShape";
+    std::string_view text = withoutBlanks(bytes.substr(0, 100));
+    if (text.starts_with(word)) text = withoutBlanks(text.substr(word.size()));
+    return text.starts_with("CASCADE Topology V") || text.starts_with("Open CASCADE Topology V");
+}
+
+bool isXbf(std::string_view bytes) {
+    return bytes.starts_with("BINFILE");
+}
+
 const std::vector<Format>& table() {
     static const std::vector<Format> rows = {
-        {FormatId::Step, "STEP", "STEP Files", {"stp", "step"}, isStep, nullptr},
+        {FormatId::Step, "STEP", "STEP Files", {"stp", "step"}, isStep, false, filesOfStep},
+        {FormatId::CompressedStep,
+         "compressed STEP",
+         "Compressed STEP Files",
+         {"stpz", "stp.gz", "step.gz"},
+         isStep,
+         true,
+         filesOfStep},
+        {FormatId::Brep, "BREP", "BREP Files", {"brep", "brp"}, isBrep, false, nullptr},
+        {FormatId::Xbf, "XBF", "XBF Files", {"xbf"}, isXbf, false, nullptr},
     };
     return rows;
 }
@@ -49,16 +71,18 @@ const Format& formatOf(FormatId id) {
                          [id](const Format& format) { return format.id == id; });
 }
 
-Recognition recognise(const std::string& path, std::string_view bytes) {
+Recognition recognise(const std::string& path, std::string_view bytes, bool isPacked) {
     const Format* named = nullptr;
     const Format* found = nullptr;
     for (const Format& format : table()) {
         for (const std::string_view extension : format.extensions) {
             if (!named && endsLike(path, extension)) named = &format;
         }
-        if (!found && format.recognises && format.recognises(bytes)) found = &format;
+        const bool fits = format.isPacked == isPacked && format.recognises;
+        if (!found && fits && format.recognises(bytes)) found = &format;
     }
-    if (!found) return {named, nullptr};
+    // What is packed has told what it is by its content or not at all.
+    if (!found) return {isPacked ? nullptr : named, nullptr};
     return {found, named == found ? nullptr : named};
 }
 

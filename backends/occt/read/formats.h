@@ -9,7 +9,7 @@ namespace occt {
 
 /// What a reader exists for; readerOf() in reader.h leads from here to the reader. A new format
 /// is an enumerator here, a row in formats.cpp and a line in readers.cpp.
-enum class FormatId { Step };
+enum class FormatId { Step, CompressedStep, Brep, Xbf };
 
 /// One row of the table of formats. No reader's code is reached from here, so that a host that
 /// only lists the formats loads none.
@@ -22,6 +22,7 @@ struct Format {
     /// Whether bytes are of this format beyond doubt. Null for a format that has no mark of its
     /// own, and is known by its file name ending alone.
     bool (*recognises)(std::string_view bytes) = nullptr;
+    bool isPacked = false;  ///< with gzip; `recognises` sees what was in it
     /// Names of other files that the bytes refer to, as they are written there; null for a format
     /// that always stands alone. They are opened before any reader runs.
     std::vector<std::string> (*otherFiles)(std::string_view bytes) = nullptr;
@@ -40,10 +41,11 @@ struct Recognition {
     const Format* misnamed = nullptr;
 };
 
-/// Takes the content first and the ending of the path, capitals or not, second.
-Recognition recognise(const std::string& path, std::string_view bytes);
+/// Takes the content first and the ending of the path, capitals or not, second. `isPacked` tells
+/// that the bytes were unpacked from a compressed file.
+Recognition recognise(const std::string& path, std::string_view bytes, bool isPacked = false);
 
-/// "STEP, IGES and glTF": every format, for sentences.
+/// "STEP, compressed STEP and IGES": every format, for sentences.
 std::string formatNames();
 
 }  // namespace occt

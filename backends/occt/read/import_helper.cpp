@@ -17,9 +17,8 @@
 
 #include "backends/occt/document/binary_document.h"
 #include "backends/occt/options_text.h"
-#include "backends/occt/read/formats.h"
-#include "backends/occt/read/input_file.h"
-#include "backends/occt/read/measure.h"
+#include "backends/occt/read/input_files.h"
+#include "backends/occt/read/linked_files.h"
 #include "backends/occt/read/progress_reporter.h"
 #include "backends/occt/read/reader.h"
 #include "platform/os/helper_messages.h"
@@ -76,23 +75,16 @@ public:
 
     MaybeCause run() {
         progress_.beginPhase("reading", 0.03);
-        std::string bytes;
-        if (auto cause = readInput(job_.path, bytes)) return cause;
-        const Recognition found = recognise(job_.path, bytes);
-        if (!found.format) return unknown();
-        if (found.misnamed) {
-            warn("the name ends like a file of " + std::string(found.misnamed->name) +
-                 ", but the content is " + found.format->name + ".");
-        }
-        os::confineHelper(confinement_, {{job_.path}, {job_.folder}}, channel_);
+        const InputFiles files(job_.path);
+        if (const auto& cause = files.all()[0].cause) return cause;
+        if (!files.all()[0].found.format) return InputFiles::unknownFormat(files.all()[0]);
+        confine(files);
         DescribedModel model;
-        const ReadRequest request{job_.path,    bytes,
-                                  job_.options, [](const std::string&) { return nullptr; },
-                                  progress_,    document_};
-        if (auto cause = readerOf(found.format->id)(request, model)) return cause;
-        progress_.beginPhase("measuring", 0.97);
-        measureBodies(model.measurements, [this](double share) { progress_.report(share); });
-        for (const std::string& warning : model.warnings) warn(warning);
+        const ReadContext context{job_.options, progress_};
+        if (auto cause = readWithLinks(files, context, document_, model)) return cause;
+        for (const std::string& warning : model.warnings) {
+            send(os::HelperMessage::Kind::Warning, warning);
+        }
         for (const std::string& gap : model.description.gaps) {
             send(os::HelperMessage::Kind::Partial, gap);
         }
@@ -104,11 +96,15 @@ private:
         channel_.send(os::formatHelperMessage({kind, 0.0, {}, job_.path + ": " + sentence}));
     }
 
-    void warn(const std::string& sentence) { send(os::HelperMessage::Kind::Warning, sentence); }
-
-    ImportCause unknown() const {
-        return {"not-this-format",
-                job_.path + " is of no format that is read; those are " + formatNames() + "."};
+    /// From here on only what is needed can be reached, whatever stands in the files.
+    void confine(const InputFiles& files) {
+        os::Reach reach;
+        for (const InputFile& file : files.all()) {
+            std::error_code error;
+            reach.readable.push_back(std::filesystem::absolute(file.path, error).string());
+        }
+        reach.writable.push_back(std::filesystem::absolute(job_.folder).string());
+        os::confineHelper(confinement_, reach, channel_);
     }
 
     MaybeCause write(Description& description) {

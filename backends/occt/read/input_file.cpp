@@ -7,9 +7,6 @@
 namespace occt {
 namespace {
 
-// The reader needs about ten times the text in memory.
-constexpr std::uintmax_t kLargestFile = std::uintmax_t{4} << 30;
-
 HPS::Exchange::ImportCause cause(const char* code, const std::string& text) {
     return {code, text};
 }
@@ -31,9 +28,10 @@ std::optional<HPS::Exchange::ImportCause> readInput(const std::string& path, std
     }
     const std::uintmax_t size = std::filesystem::file_size(path, error);
     if (!error && size == 0) return cause("unreadable", path + " is empty.");
-    if (!error && size > kLargestFile) {
+    if (!error && size > kLargestFileBytes) {
         return cause("too-large", path + " is too large: it has " + std::to_string(size) +
-                                      " bytes; the limit is " + std::to_string(kLargestFile) + ".");
+                                      " bytes; the limit is " + std::to_string(kLargestFileBytes) +
+                                      ".");
     }
     std::ifstream file(path, std::ios::binary);
     if (error || !file) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -7,8 +8,11 @@
 
 namespace occt {
 
-/// Reads a whole file. Nothing on success; otherwise the cause: "missing", "unreadable" for a
-/// folder, an empty file or one without permission, "too-large".
+/// Bytes of the largest file that is read, and of the largest that a compressed one unpacks into.
+constexpr std::uint64_t kLargestFileBytes = std::uint64_t{4} << 30;
+
+/// Reads a whole file as it is. Nothing on success; otherwise the cause: "missing", "unreadable"
+/// for a folder, an empty file or one without permission, "too-large".
 std::optional<HPS::Exchange::ImportCause> readInput(const std::string& path, std::string& bytes);
 
 }  // namespace occt

@@ -1,9 +1,13 @@
 #include "backends/occt/read/step_reader.h"
 
+#include <algorithm>
 #include <utility>
+
+#include <Interface_Static.hxx>
 
 #include "backends/occt/read/completeness.h"
 #include "backends/occt/read/describe.h"
+#include "backends/occt/read/step_references.h"
 #include "backends/occt/read/step_translation.h"
 #include "backends/occt/step/checks.h"
 
@@ -30,6 +34,18 @@ void append(std::vector<std::string>& to, std::vector<std::string> from) {
     for (std::string& text : from) to.push_back(std::move(text));
 }
 
+/// Products that have nothing of their own stand in their files.
+void addExternal(std::vector<StepReference> references, DescribedModel& out) {
+    for (StepReference& reference : references) {
+        const DescribedDefinition& definition = out.description.definitions[reference.product];
+        const bool hasShape =
+            std::any_of(definition.items.begin(), definition.items.end(),
+                        [](const DescribedItem& item) { return !item.label.empty(); });
+        if (definition.isAssembly || hasShape) continue;
+        out.external.push_back({reference.product, std::move(reference.file)});
+    }
+}
+
 }  // namespace
 
 std::optional<ImportCause> readStep(const ReadRequest& request, DescribedModel& out) {
@@ -39,11 +55,14 @@ std::optional<ImportCause> readStep(const ReadRequest& request, DescribedModel& 
     if (auto cause = step::refuseStructure(products, request.name)) return cause;
     request.progress.beginPhase("reading", 0.45);
     StepTranslation translation;
+    // A file before this one may have changed it.
+    Interface_Static::SetIVal("read.step.product.mode", 1);
     if (!translation.read(request.bytes, request.progress)) return damaged(file, request);
     request.progress.beginPhase("translating", 0.85);
     translation.transfer(products, request.document, request.progress);
     out = describe(file, products, translation, request.options, request.document);
     if (out.description.definitions.empty()) return damaged(file, request);
+    addExternal(stepReferences(file, products), out);
     append(out.description.gaps, step::textGaps(file, products));
     append(out.description.gaps, translationGaps(file, translation));
     return std::nullopt;
