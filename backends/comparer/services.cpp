@@ -4,6 +4,7 @@
 #include "backends/comparer/doc_comparer.h"
 #include "backends/comparer/helper_run.h"
 #include "backends/comparer/result_document.h"
+#include "backends/occt/pmi_info.h"
 #include "platform/hps/component_type.h"
 #include "platform/os/utf8.h"
 
@@ -68,6 +69,7 @@ bxtexchange::Services makeServices(std::shared_ptr<occt::ImportService> imports,
         return std::make_unique<DocComparer>(imports, options);
     };
     services.isMultiBody = isMultiBody;
+    services.getPMIInfo = occt::pmiInfo;
     services.readResult = readResult;
     services.keepResult = keepResult;
     return services;

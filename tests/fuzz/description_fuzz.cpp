@@ -65,6 +65,7 @@ private:
         add(std::uint64_t{pmi.type});
         add(pmi.name);
         each(pmi.metadata);
+        add(pmi.text);
     }
     void add(const occt::DescribedUsage& usage) {
         add(std::uint64_t{usage.definition});
@@ -164,7 +165,8 @@ private:
         }
         for (int i = bytes_.byte() % 3; i > 0; --i) out.items.push_back(item());
         for (int i = bytes_.byte() % 3; i > 0; --i) {
-            out.pmi.push_back({HPS::ComponentType::PmiDimension, bytes_.text(8), metadata()});
+            out.pmi.push_back(
+                {HPS::ComponentType::PmiDimension, bytes_.text(8), metadata(), bytes_.text(8)});
         }
         out.metadata = metadata();
         return out;

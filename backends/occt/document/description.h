@@ -33,6 +33,7 @@ struct DescribedPmi {
     std::uint32_t type = 0;
     std::string name;  ///< unique in the model
     std::vector<HPS::MetadataValue> metadata;
+    std::string text = {};  ///< one line in the notation of drawings
 };
 
 struct DescribedUsage {

@@ -8,7 +8,7 @@ namespace occt {
 namespace {
 
 // Changes with the layout below.
-constexpr std::uint64_t kMagic = 0x42585452454532ULL;
+constexpr std::uint64_t kMagic = 0x42585452454533ULL;
 
 class Packer {
 public:
@@ -180,6 +180,7 @@ void packPmi(Packer& out, const DescribedPmi& pmi) {
     out.word(pmi.type);
     out.text(pmi.name);
     out.list(pmi.metadata, [&out](const auto& value) { packMetadata(out, value); });
+    out.text(pmi.text);
 }
 
 DescribedPmi unpackPmi(Unpacker& in) {
@@ -187,6 +188,7 @@ DescribedPmi unpackPmi(Unpacker& in) {
     pmi.type = in.word32();
     pmi.name = in.text();
     in.list(pmi.metadata, [&in] { return unpackMetadata(in); });
+    pmi.text = in.text();
     return pmi;
 }
 

@@ -48,7 +48,7 @@ std::string colorText(float red, float green, float blue) {
 void addPmi(Description& description, const step::Part21& file, const step::Products& products,
             const ImportOptions& options) {
     for (const step::Pmi& pmi : step::readPmi(file, products)) {
-        DescribedPmi described{pmi.type, pmi.name, {}};
+        DescribedPmi described{pmi.type, pmi.name, {}, pmi.text};
         const bool usesDefault =
             options.pmiDefaultColor && (options.pmiColorOverridesFile || !pmi.color);
         if (usesDefault) {

@@ -61,6 +61,12 @@ const DescribedItem* OcctModel::item(HPS::ComponentId id) const {
     return &description_.definitions[node.definition].items[node.local];
 }
 
+const DescribedPmi* OcctModel::pmi(HPS::ComponentId id) const {
+    const FlatTree::Node& node = tree_.node(id);
+    if (node.kind != FlatTree::Kind::Pmi) return nullptr;
+    return &description_.definitions[node.definition].pmi[node.local];
+}
+
 std::string OcctModel::name(HPS::ComponentId id) const {
     const FlatTree::Node& node = tree_.node(id);
     const DescribedDefinition& definition = description_.definitions[node.definition];

@@ -53,6 +53,9 @@ public:
     /// Whether the item is one of several B-rep bodies of its part.
     bool isMultiBody(HPS::ComponentId item) const;
 
+    /// Item of product and manufacturing information; null for any other component.
+    const DescribedPmi* pmi(HPS::ComponentId id) const;
+
 private:
     using MetadataList = std::vector<std::shared_ptr<const HPS::MetadataValue>>;
     struct Prepared {

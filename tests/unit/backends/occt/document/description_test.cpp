@@ -39,7 +39,7 @@ Description sample() {
     body.identity = bxtexchange::BodyIdentity{1, 2, {3, 4, 5}, {6, 7, 8}, 9, {1, 2, 3, 4, 5, 6}};
     part.items = {body,
                   occt::DescribedItem{HPS::ComponentType::Curve, "curve", {}, {}, {}, false, {}}};
-    part.pmi = {{HPS::ComponentType::PmiDatum, "Datum A", {{"Value", 1.5}}}};
+    part.pmi = {{HPS::ComponentType::PmiDatum, "Datum A", {{"Value", 1.5}}, "A"}};
     part.metadata = {{"Material", std::string("steel")}};
     DescribedDefinition top;
     top.name = "top";
@@ -87,6 +87,7 @@ TEST(Packing, EverythingComesBack) {
     EXPECT_EQ(part.items[0].identity->surfaceKinds[5], 6);
     EXPECT_FALSE(part.items[1].identity);
     EXPECT_EQ(part.pmi.at(0).name, "Datum A");
+    EXPECT_EQ(part.pmi[0].text, "A");
     EXPECT_EQ(std::get<double>(part.pmi[0].metadata.at(0).value), 1.5);
     const DescribedDefinition& top = after->definitions[1];
     EXPECT_TRUE(top.isAssembly);
