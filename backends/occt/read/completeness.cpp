@@ -15,7 +15,7 @@ Count countTranslated(const std::vector<std::uint64_t>& entities,
     Count count;
     for (const std::uint64_t entity : entities) {
         ++count.declared;
-        count.translated += translation.shape(entity).IsNull() ? 0 : 1;
+        count.translated += translation.isTranslated(entity) ? 1 : 0;
     }
     return count;
 }

@@ -41,15 +41,23 @@ bool saysSomething(const std::string& name) {
     return !blank && name != "NONE" && name != "none";
 }
 
-ItemNames::ItemNames(const step::Part21& file, const StepTranslation& translation) {
+std::vector<NamedItem> namedItems(const step::Part21& file) {
+    std::vector<NamedItem> out;
     for (const char* type : kNamed) {
         for (const std::uint32_t index : file.ofType(type)) {
             const std::uint64_t id = file.instances()[index].id;
-            const auto record = file.read(id, type);
+            auto record = file.read(id, type);
             if (!record || !saysSomething(record->text(0))) continue;
-            const TopoDS_Shape shape = translation.shape(id);
-            if (!shape.IsNull()) names_.try_emplace(shape.TShape().get(), record->text(0));
+            out.push_back({id, std::move(record->values[0].text)});
         }
+    }
+    return out;
+}
+
+ItemNames::ItemNames(const step::Part21& file, const StepTranslation& translation) {
+    for (NamedItem& item : namedItems(file)) {
+        const TopoDS_Shape shape = translation.shape(item.entity);
+        if (!shape.IsNull()) names_.try_emplace(shape.TShape().get(), std::move(item.name));
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -11,6 +12,15 @@
 #include "backends/occt/step/part21.h"
 
 namespace occt {
+
+/// A representation item with a name that says something.
+struct NamedItem {
+    std::uint64_t entity = 0;
+    std::string name;
+};
+
+/// All that the names of bodies may come from; what stands earlier goes first.
+std::vector<NamedItem> namedItems(const step::Part21& file);
 
 /// Names that a file gives its representation items.
 class ItemNames {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <functional>
 #include <streambuf>
-#include <string>
+#include <string_view>
 #include <utility>
 
 namespace occt {
@@ -12,7 +12,7 @@ namespace occt {
 class MemoryBuffer : public std::streambuf {
 public:
     /// `progress` gets the share that was read; `text` must outlive the buffer.
-    MemoryBuffer(const std::string& text, std::function<void(double)> progress)
+    MemoryBuffer(std::string_view text, std::function<void(double)> progress)
         : text_(text), progress_(std::move(progress)) {}
 
 protected:
@@ -30,7 +30,7 @@ protected:
 private:
     static constexpr std::size_t kPiece = std::size_t{1} << 18;
 
-    const std::string& text_;
+    std::string_view text_;
     std::function<void(double)> progress_;
     std::size_t at_ = 0;
 };

@@ -29,7 +29,7 @@ void ProgressReporter::report(double position) {
 }
 
 void OcctProgress::Show(const Message_ProgressScope&, const Standard_Boolean) {
-    reporter_.report(GetPosition());
+    reporter_.report(begin_ + share_ * GetPosition());
 }
 
 }  // namespace occt

@@ -28,16 +28,20 @@ private:
     double sent_ = -1.0;
 };
 
-/// Reports the progress of one Open CASCADE operation as the position within the current phase.
+/// Reports the progress of one Open CASCADE operation as the position within the current phase,
+/// or within a share of it that begins at `begin`.
 class OcctProgress : public Message_ProgressIndicator {
 public:
-    explicit OcctProgress(ProgressReporter& reporter) : reporter_(reporter) {}
+    explicit OcctProgress(ProgressReporter& reporter, double begin = 0.0, double share = 1.0)
+        : reporter_(reporter), begin_(begin), share_(share) {}
 
 protected:
     void Show(const Message_ProgressScope& scope, const Standard_Boolean force) override;
 
 private:
     ProgressReporter& reporter_;
+    double begin_;
+    double share_;
 };
 
 }  // namespace occt

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include <Interface_Static.hxx>
-
 #include "backends/occt/read/completeness.h"
 #include "backends/occt/read/describe.h"
 #include "backends/occt/read/step_references.h"
@@ -53,13 +51,8 @@ std::optional<ImportCause> readStep(const ReadRequest& request, DescribedModel& 
     if (auto cause = step::refuseText(file, request.name)) return cause;
     const step::Products products = step::readProducts(file);
     if (auto cause = step::refuseStructure(products, request.name)) return cause;
-    request.progress.beginPhase("reading", 0.45);
-    StepTranslation translation;
-    // A file before this one may have changed it.
-    Interface_Static::SetIVal("read.step.product.mode", 1);
-    if (!translation.read(request.bytes, request.progress)) return damaged(file, request);
-    request.progress.beginPhase("translating", 0.85);
-    translation.transfer(products, request.document, request.progress);
+    StepTranslation translation(file, products);
+    if (!translation.run(request.document, request.progress)) return damaged(file, request);
     out = describe(file, products, translation, request.options, request.document);
     if (out.description.definitions.empty()) return damaged(file, request);
     addExternal(stepReferences(file, products), out);

@@ -1,127 +1,126 @@
 #include "backends/occt/read/step_translation.h"
 
-#include <istream>
-#include <unordered_set>
+#include <array>
+#include <string_view>
 
 #include <Interface_Static.hxx>
+#include <STEPCAFControl_Reader.hxx>
 #include <STEPControl_Reader.hxx>
-#include <StepBasic_ProductDefinition.hxx>
-#include <StepData_StepModel.hxx>
-#include <StepRepr_HArray1OfRepresentationItem.hxx>
-#include <StepRepr_NextAssemblyUsageOccurrence.hxx>
-#include <StepRepr_Representation.hxx>
-#include <StepRepr_ShapeRepresentationRelationship.hxx>
-#include <StepShape_ContextDependentShapeRepresentation.hxx>
+#include <StepData_Protocol.hxx>
 #include <TransferBRep.hxx>
-#include <Transfer_TransientProcess.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <XSControl_TransferReader.hxx>
 #include <XSControl_WorkSession.hxx>
 
-#include "backends/occt/read/memory_stream.h"
+#include "backends/occt/read/item_names.h"
+#include "backends/occt/read/step_model.h"
+#include "backends/occt/read/step_pieces.h"
+#include "backends/occt/read/whole_step.h"
 
 namespace occt {
+namespace {
 
-StepTranslation::StepTranslation() {
-    // Names are taken from the file's text, which keeps every character of them.
-    reader_.SetNameMode(Standard_False);
-    reader_.SetSHUOMode(Standard_False);
-    reader_.SetPropsMode(Standard_False);
-    reader_.SetViewMode(Standard_False);
-    reader_.SetColorMode(Standard_False);
-    reader_.SetLayerMode(Standard_False);
-    reader_.SetGDTMode(Standard_False);
-    reader_.SetMatMode(Standard_False);
-}
+/// Ends of the keywords of what the file's completeness is measured by.
+constexpr std::array<std::string_view, 6> kCounted = {
+    "_FACE",           "FACE_SURFACE", "MANIFOLD_SOLID_BREP",
+    "BREP_WITH_VOIDS", "FACETED_BREP", "SURFACE_MODEL",
+};
 
-bool StepTranslation::read(const std::string& text, ProgressReporter& progress) {
-    MemoryBuffer buffer(text, [&progress](double share) { progress.report(share); });
-    std::istream stream(&buffer);
-    if (reader_.ChangeReader().ReadStream("model", stream) != IFSelect_RetDone) return false;
-    const auto model = Handle(StepData_StepModel)::DownCast(reader_.ChangeReader().Model());
-    if (model.IsNull() || model->NbEntities() == 0) return false;
-    entities_.reserve(static_cast<std::size_t>(model->NbEntities()));
-    for (int i = 1; i <= model->NbEntities(); ++i) {
-        const Handle(Standard_Transient)& found = model->Value(i);
-        const int number = model->IdentLabel(found);
-        if (number > 0) entities_[static_cast<std::uint64_t>(number)] = found;
+}  // namespace
+
+StepTranslation::StepTranslation(const step::Part21& file, const step::Products& products)
+    : file_(file), products_(products) {}
+
+bool StepTranslation::run(BinaryDocument& document, ProgressReporter& progress) {
+    document_ = document.handle();
+    prepare();
+    XCAFDoc_ShapeTool::SetAutoNaming(Standard_False);
+    // Without products the library must look for shapes as such.
+    Interface_Static::SetIVal("read.step.product.mode", products_.products.empty() ? 0 : 1);
+    progress.beginPhase("reading", 0.05);
+    const auto cut = cutIntoPieces(file_, products_);
+    if (!cut) return runWhole(progress);
+    progress.beginPhase("translating", 0.85);
+    const auto count = static_cast<double>(cut->pieces.size());
+    for (std::size_t i = 0; i < cut->pieces.size(); ++i) {
+        const auto& piece = cut->pieces[i];
+        STEPCAFControl_Reader reader;
+        leaveOutAttributes(reader);
+        const Handle(XSControl_WorkSession) session = reader.ChangeReader().WS();
+        std::vector<Entity> entities;
+        {
+            StepModel model = readEntities(
+                file_, piece, *cut, Handle(StepData_Protocol)::DownCast(session->Protocol()));
+            session->SetModel(model.model);
+            for (std::size_t k = 0; k < piece.size(); ++k) {
+                if (asked_[piece[k]]) entities.emplace_back(piece[k], model.entities[k]);
+            }
+        }
+        session->InitTransferReader(4);
+        const Handle(OcctProgress) indicator =
+            new OcctProgress(progress, static_cast<double>(i) / count, 1.0 / count);
+        reader.Transfer(document_, indicator->Start());
+        collect(entities, session->TransferReader()->TransientProcess());
     }
     return true;
 }
 
-bool StepTranslation::transfer(const step::Products& products,
-
-                               BinaryDocument& document, ProgressReporter& progress) {
-    document_ = document.handle();
-    detachUsages(products);
-    detachItems(products);
-    const Handle(XSControl_WorkSession) session = reader_.ChangeReader().WS();
-    session->ComputeGraph(Standard_True);
-    XCAFDoc_ShapeTool::SetAutoNaming(Standard_False);
-    // Without products the reader must look for shapes as such.
-    if (products.products.empty()) Interface_Static::SetIVal("read.step.product.mode", 0);
-    const Handle(OcctProgress) indicator = new OcctProgress(progress);
-    return reader_.Transfer(document_, indicator->Start());
-}
-
-void StepTranslation::detachUsages(const step::Products& products) {
-    for (const auto& [number, found] : entities_) {
-        const auto usage = Handle(StepRepr_NextAssemblyUsageOccurrence)::DownCast(found);
-        if (usage.IsNull()) continue;
-        usage->SetRelatingProductDefinition(nullptr);
-        usage->SetRelatedProductDefinition(nullptr);
-    }
-    if (products.usageCount == 0) return;
-    for (const auto& [number, found] : entities_) {
-        const auto placed = Handle(StepShape_ContextDependentShapeRepresentation)::DownCast(found);
-        if (placed.IsNull()) continue;
-        const auto relation = placed->RepresentationRelation();
-        if (relation.IsNull()) continue;
-        relation->SetRep1(nullptr);
-        relation->SetRep2(nullptr);
-    }
-}
-
-void StepTranslation::detachItems(const step::Products& products) {
-    if (products.usageItems.empty()) return;
-    std::unordered_set<const Standard_Transient*> items;
-    for (const std::uint64_t number : products.usageItems) {
-        items.insert(entity(number).get());
-    }
-    for (const step::Product& product : products.products) {
-        if (product.usages.empty()) continue;
-        for (const std::uint64_t number : product.representations) {
-            const auto representation = Handle(StepRepr_Representation)::DownCast(entity(number));
-            if (representation.IsNull() || representation->Items().IsNull()) continue;
-            std::vector<Handle(StepRepr_RepresentationItem)> kept;
-            for (int i = 1; i <= representation->NbItems(); ++i) {
-                const auto item = representation->ItemsValue(i);
-                if (items.count(item.get()) == 0) kept.push_back(item);
-            }
-            Handle(StepRepr_HArray1OfRepresentationItem) array;
-            if (!kept.empty()) {
-                array = new StepRepr_HArray1OfRepresentationItem(1, static_cast<int>(kept.size()));
-                for (std::size_t i = 0; i < kept.size(); ++i) {
-                    array->SetValue(static_cast<int>(i) + 1, kept[i]);
-                }
-            }
-            representation->SetItems(array);
+void StepTranslation::prepare() {
+    const std::size_t count = file_.instances().size();
+    asked_.assign(count, false);
+    kept_.assign(count, false);
+    translated_.assign(count, false);
+    for (const std::string_view keyword : file_.keywords()) {
+        for (const std::string_view end : kCounted) {
+            if (!keyword.ends_with(end)) continue;
+            for (const std::uint32_t index : file_.ofType(keyword)) asked_[index] = true;
         }
     }
+    const auto keep = [this](std::uint64_t entity) {
+        const std::uint32_t position = file_.position(entity);
+        if (position != step::Part21::kNone) asked_[position] = kept_[position] = true;
+    };
+    for (const step::Product& product : products_.products) keep(product.instance);
+    for (const NamedItem& item : namedItems(file_)) keep(item.entity);
 }
 
-Handle(Standard_Transient) StepTranslation::entity(std::uint64_t number) const {
-    const auto found = entities_.find(number);
-    return found == entities_.end() ? Handle(Standard_Transient)() : found->second;
+bool StepTranslation::runWhole(ProgressReporter& progress) {
+    progress.beginPhase("reading", 0.45);
+    WholeStep whole;
+    if (!whole.read(file_.text(), progress)) return false;
+    progress.beginPhase("translating", 0.85);
+    whole.transfer(products_, document_, progress);
+    std::vector<Entity> entities;
+    for (const auto& [number, found] : whole.entities()) {
+        const std::uint32_t position = file_.position(number);
+        if (position != step::Part21::kNone && asked_[position]) {
+            entities.emplace_back(position, found);
+        }
+    }
+    collect(entities, whole.process());
+    return true;
 }
 
-TopoDS_Shape StepTranslation::shape(std::uint64_t number) const {
-    const Handle(Standard_Transient) found = entity(number);
-    if (found.IsNull()) return {};
-    const auto& reader = const_cast<STEPCAFControl_Reader&>(reader_).ChangeReader();
-    const auto process = reader.WS()->TransferReader()->TransientProcess();
-    return TransferBRep::ShapeResult(process, found);
+void StepTranslation::collect(const std::vector<Entity>& entities,
+                              const Handle(Transfer_TransientProcess) & process) {
+    for (const auto& [position, entity] : entities) {
+        if (entity.IsNull()) continue;
+        const TopoDS_Shape shape = TransferBRep::ShapeResult(process, entity);
+        if (shape.IsNull()) continue;
+        translated_[position] = true;
+        if (kept_[position]) shapes_[position] = shape;
+    }
+}
+
+TopoDS_Shape StepTranslation::shape(std::uint64_t entity) const {
+    const auto found = shapes_.find(file_.position(entity));
+    return found == shapes_.end() ? TopoDS_Shape() : found->second;
+}
+
+bool StepTranslation::isTranslated(std::uint64_t entity) const {
+    const std::uint32_t position = file_.position(entity);
+    return position != step::Part21::kNone && translated_[position];
 }
 
 TDF_Label StepTranslation::label(const TopoDS_Shape& shape) const {

@@ -3,48 +3,60 @@
 #include <cstdint>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
-#include <STEPCAFControl_Reader.hxx>
 #include <Standard_Transient.hxx>
 #include <TDF_Label.hxx>
 #include <TopoDS_Shape.hxx>
+#include <Transfer_TransientProcess.hxx>
 
 #include "backends/occt/document/binary_document.h"
 #include "backends/occt/read/progress_reporter.h"
+#include "backends/occt/step/part21.h"
 #include "backends/occt/step/products.h"
-#include "platform/hps/import_options.h"
 
 namespace occt {
 
-/// One run of Open CASCADE's STEP reader. The assembly structure is taken out before the
-/// geometry is translated, so that each product becomes one free shape of the document: the
-/// reader's time grows with the square of a product's usages, and its stack with their depth.
+/// Translates the shapes of a STEP file. Each product becomes one free shape of the document,
+/// without the products that it uses: the library's time grows with the square of a product's
+/// usages, and its stack with their depth. A sound file is cut into pieces that are translated
+/// one after the other, so that only the shapes stay in memory; any other one goes through the
+/// library as a whole.
 class StepTranslation {
 public:
-    StepTranslation();
+    /// `file` and `products` must outlive the translation.
+    StepTranslation(const step::Part21& file, const step::Products& products);
 
-    /// Parses the text; false when the reader can't make a model of it.
-    bool read(const std::string& text, ProgressReporter& progress);
+    /// Begins the phases "reading" and "translating". False when the library can't make anything
+    /// of the text; a file without shapes is no failure.
+    bool run(BinaryDocument& document, ProgressReporter& progress);
 
-    /// Translates all products into the document; false when nothing came of it.
-    bool transfer(const step::Products& products, BinaryDocument& document,
-                  ProgressReporter& progress);
-
-    /// Shape that came of the entity with that number in the file; null when none did.
+    /// Shape that came of a product or of an item with a name, by the number in the file; null
+    /// when none did, and for any other entity.
     TopoDS_Shape shape(std::uint64_t entity) const;
+
+    /// Whether a shape came of a body or a face.
+    bool isTranslated(std::uint64_t entity) const;
 
     /// Label of a shape in the document; null when it has none of its own.
     TDF_Label label(const TopoDS_Shape& shape) const;
 
 private:
-    Handle(Standard_Transient) entity(std::uint64_t number) const;
-    void detachUsages(const step::Products& products);
-    void detachItems(const step::Products& products);
+    using Entity = std::pair<std::uint32_t, Handle(Standard_Transient)>;
 
-    STEPCAFControl_Reader reader_;
-    std::unordered_map<std::uint64_t, Handle(Standard_Transient)> entities_;
+    void prepare();
+    bool runWhole(ProgressReporter& progress);
+    void collect(const std::vector<Entity>& entities,
+                 const Handle(Transfer_TransientProcess) & process);
+
+    const step::Part21& file_;
+    const step::Products& products_;
     Handle(TDocStd_Document) document_;
+    std::vector<bool> asked_;       // by position: a shape is looked for
+    std::vector<bool> kept_;        // by position: the shape itself is needed
+    std::vector<bool> translated_;  // by position
+    std::unordered_map<std::uint32_t, TopoDS_Shape> shapes_;
 };
 
 }  // namespace occt

@@ -11,6 +11,9 @@ namespace {
 // in surfaces whose points lie further out.
 constexpr double kLargestCoordinate = 1e12;
 
+// Numbers up to so many times the count of instances count as dense.
+constexpr std::uint64_t kSparsest = 64;
+
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
@@ -255,34 +258,48 @@ private:
     }
 
     void finish() {
+        std::uint64_t largest = 0;
+        for (const Instance& next : file_.instances_) largest = std::max(largest, next.id);
+        if (largest < kSparsest * (file_.instances_.size() + 1024)) {
+            fillDense(largest);
+        } else {
+            fillSorted();
+        }
+        for (const Reference& next : references_) {
+            if (file_.position(next.id) != Part21::kNone) continue;
+            if (file_.danglingReferences_++ == 0) {
+                file_.firstDangling_ = Defect{next.offset, numberText(next.id)};
+            }
+        }
+    }
+
+    void fillDense(std::uint64_t largest) {
+        file_.dense_.assign(largest + 1, Part21::kNone);
+        for (std::uint32_t i = 0; i < file_.instances_.size(); ++i) {
+            const Instance& next = file_.instances_[i];
+            std::uint32_t& place = file_.dense_[next.id];
+            if (place == Part21::kNone)
+                place = i;
+            else
+                repeated(next);
+        }
+    }
+
+    void fillSorted() {
         auto& byId = file_.byId_;
         byId.reserve(file_.instances_.size());
         for (std::uint32_t i = 0; i < file_.instances_.size(); ++i) {
             byId.emplace_back(file_.instances_[i].id, i);
         }
-        if (!std::is_sorted(byId.begin(), byId.end())) std::sort(byId.begin(), byId.end());
+        std::sort(byId.begin(), byId.end());
         for (std::size_t i = 1; i < byId.size(); ++i) {
-            if (byId[i].first != byId[i - 1].first) continue;
-            const std::size_t offset = file_.instances_[byId[i].second].body;
-            if (file_.repeatedNumbers_++ > 0 && file_.firstRepeated_->offset < offset) continue;
-            file_.firstRepeated_ = Defect{offset, numberText(byId[i].first)};
+            if (byId[i].first == byId[i - 1].first) repeated(file_.instances_[byId[i].second]);
         }
-        const std::uint64_t largest = byId.empty() ? 0 : byId.back().first;
-        // A bit per number where numbers are dense, which they are in practice.
-        std::vector<bool> defined;
-        const bool dense = largest < 64 * (byId.size() + 1024);
-        if (dense) defined.resize(largest + 1);
-        for (const auto& entry : byId) {
-            if (dense) defined[entry.first] = true;
-        }
-        for (const Reference& next : references_) {
-            const bool known =
-                dense ? next.id <= largest && defined[next.id] : file_.find(next.id) != nullptr;
-            if (known) continue;
-            if (file_.danglingReferences_++ == 0) {
-                file_.firstDangling_ = Defect{next.offset, numberText(next.id)};
-            }
-        }
+    }
+
+    void repeated(const Instance& instance) {
+        if (file_.repeatedNumbers_++ > 0 && file_.firstRepeated_->offset < instance.body) return;
+        file_.firstRepeated_ = Defect{instance.body, numberText(instance.id)};
     }
 
     Part21& file_;
@@ -305,9 +322,20 @@ Part21::Part21(std::string_view text) : text_(text) {
     Part21Indexer(*this, text).run();
 }
 
-const Instance* Part21::find(std::uint64_t id) const {
+std::uint32_t Part21::position(std::uint64_t id) const {
+    if (!dense_.empty()) return id < dense_.size() ? dense_[id] : kNone;
     const auto found = std::lower_bound(byId_.begin(), byId_.end(), std::pair(id, 0U));
-    return found != byId_.end() && found->first == id ? &instances_[found->second] : nullptr;
+    return found != byId_.end() && found->first == id ? found->second : kNone;
+}
+
+const Instance* Part21::find(std::uint64_t id) const {
+    const std::uint32_t found = position(id);
+    return found == kNone ? nullptr : &instances_[found];
+}
+
+std::uint32_t Part21::typeOf(std::string_view keyword) const {
+    const auto found = keywordNumbers_.find(keyword);
+    return found == keywordNumbers_.end() ? kComplex : found->second;
 }
 
 const std::vector<std::uint32_t>& Part21::ofType(std::string_view keyword) const {

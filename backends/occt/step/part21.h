@@ -36,6 +36,7 @@ struct IgnoringCase {
 class Part21 {
 public:
     static constexpr std::uint32_t kComplex = 0;
+    static constexpr std::uint32_t kNone = 0xFFFFFFFF;
 
     /// `text` must outlive the index.
     explicit Part21(std::string_view text);
@@ -47,8 +48,15 @@ public:
 
     const std::vector<Instance>& instances() const { return instances_; }
 
+    /// Position in instances() by number; kNone when undefined.
+    std::uint32_t position(std::uint64_t id) const;
     /// Instance by number; null when undefined.
     const Instance* find(std::uint64_t id) const;
+
+    /// The text that the index is over.
+    std::string_view text() const { return text_; }
+    /// Number of a keyword as Instance::type has it; kComplex when no instance has the keyword.
+    std::uint32_t typeOf(std::string_view keyword) const;
 
     /// Positions in instances() of all that have this keyword, complex instances included, in
     /// the order of their numbers in the text.
@@ -94,6 +102,8 @@ private:
     bool hasMagic_ = false;
     bool hasEnd_ = false;
     std::vector<Instance> instances_;
+    /// Positions by number where numbers are dense, as they are in practice; else sorted pairs.
+    std::vector<std::uint32_t> dense_;
     std::vector<std::pair<std::uint64_t, std::uint32_t>> byId_;
     std::vector<std::string_view> keywords_;
     std::map<std::string_view, std::uint32_t, IgnoringCase> keywordNumbers_;
