@@ -1,5 +1,6 @@
 #include "extract/attribute_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -88,16 +89,17 @@ void MetadataValueToText(const HPS::Metadata& metadata, std::wstring& text) {
     }
 }
 
-std::wstring CleanAttributeText(std::wstring_view text) {
-    while (!text.empty() && isTrimmed(text.front())) text.remove_prefix(1);
-    while (!text.empty() && isTrimmed(text.back())) text.remove_suffix(1);
-    std::wstring cleaned;
-    cleaned.reserve(text.size());
-    for (const wchar_t c : text) {
-        const wchar_t kept = becomesBlank(c) ? L' ' : c;
-        if (kept != L' ' || cleaned.back() != L' ') cleaned += kept;
+std::wstring CleanAttributeText(std::wstring text) {
+    const auto kept = [](wchar_t c) { return !isTrimmed(c); };
+    const auto last = std::find_if(text.rbegin(), text.rend(), kept).base();
+    const auto first = std::find_if(text.begin(), last, kept);
+    auto end = text.begin();
+    for (auto at = first; at != last; ++at) {
+        const wchar_t c = becomesBlank(*at) ? L' ' : *at;
+        if (c != L' ' || *(end - 1) != L' ') *end++ = c;
     }
-    return cleaned;
+    text.erase(end, text.end());
+    return text;
 }
 
 }  // namespace extract

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "platform/hps/metadata.h"
 
@@ -14,6 +13,6 @@ void MetadataValueToText(const HPS::Metadata& metadata, std::wstring& text);
 
 /// The text with control characters and most of the special blanks as plain blanks, without white
 /// space at either end and without two blanks in a row: texts of different systems compare.
-std::wstring CleanAttributeText(std::wstring_view text);
+std::wstring CleanAttributeText(std::wstring text);
 
 }  // namespace extract

@@ -81,9 +81,9 @@ void PartReader::addAttributes(const HPS::Component& component, PartAttributes& 
     keys_.Restart(all.size());
     for (const HPS::Metadata& metadata : all) {
         AttributeEntry entry = readEntry(metadata);
-        entry.key = CleanAttributeText(entry.key);
+        entry.key = CleanAttributeText(std::move(entry.key));
         if (keys_.Find(entry.key) != NoCaseIndex::kNone) continue;
-        entry.value = CleanAttributeText(entry.value);
+        entry.value = CleanAttributeText(std::move(entry.value));
         part.attributes.push_back(std::move(entry));
         keys_.Insert(part.attributes.back().key, part.attributes.size() - 1);
     }
