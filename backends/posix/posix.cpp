@@ -6,6 +6,7 @@
 #include "backends/posix/clock.h"
 #include "backends/posix/confinement.h"
 #include "backends/posix/debug_output.h"
+#include "backends/posix/file_writer.h"
 #include "backends/posix/files.h"
 #include "backends/posix/io.h"
 #include "backends/posix/key_store.h"
@@ -56,6 +57,7 @@ os::Services makeServices(const Options& options) {
         helperLimits(options), debugWanted());
     services.debug = std::make_shared<StderrDebugOutput>(debugWanted());
     services.files = std::make_shared<PosixFiles>();
+    services.writer = std::make_shared<PosixFileWriter>();
     services.modules = std::make_shared<PosixModules>();
     return services;
 }

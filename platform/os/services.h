@@ -5,6 +5,7 @@
 #include "platform/os/child_process.h"
 #include "platform/os/clock.h"
 #include "platform/os/debug_output.h"
+#include "platform/os/file_writer.h"
 #include "platform/os/files.h"
 #include "platform/os/key_store.h"
 #include "platform/os/modules.h"
@@ -21,6 +22,7 @@ struct Services {
     std::shared_ptr<ChildProcesses> processes;
     std::shared_ptr<DebugOutput> debug;
     std::shared_ptr<Files> files;
+    std::shared_ptr<FileWriter> writer;
     std::shared_ptr<Modules> modules;
 };
 
