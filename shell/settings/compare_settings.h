@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -19,5 +20,32 @@ void LoadCompareSettings(const std::shared_ptr<bxt::Settings>& switches);
 /// Appends those of the three section switches that are stored, in the order product structure,
 /// PMI, attributes. A missing one is left out.
 void ReadSectionSwitches(std::vector<bool>& out);
+
+/// Which sections the results dialog has.
+struct DialogSwitches {
+    bool productStructure = true;  ///< and the bill of materials
+    bool pmi = true;
+    bool attributes = true;
+};
+
+/// The three section switches. A missing one, and every one of a store that can't be opened,
+/// counts as on.
+DialogSwitches ReadDialogSwitches();
+
+/// What reports hold.
+struct ReportSwitches {
+    bool productStructure = true;  ///< and the bill of materials
+    bool pmi = true;
+    bool attributes = true;
+    bool threeDResult = true;
+    bool referenceFile = false;
+    bool compareFile = false;
+};
+
+/// Reads the six report switches. A missing one keeps what it has.
+void LoadReportSwitches(ReportSwitches& switches);
+
+/// Decimals of numbers as the host's workspace stores them; `fallback` when it stores none.
+std::int32_t ReadNumberPrecision(std::int32_t fallback);
 
 }  // namespace settings

@@ -210,4 +210,48 @@ TEST_F(CompareSettings, NothingIsCached) {
     EXPECT_EQ(second, std::vector<bool>{true});
 }
 
+TEST_F(CompareSettings, TheDialogTakesAMissingSwitchAsOn) {
+    const settings::DialogSwitches fresh = settings::ReadDialogSwitches();
+    EXPECT_TRUE(fresh.productStructure && fresh.pmi && fresh.attributes);
+    EXPECT_EQ(services.store->keys.count(kKey), 1U);
+    values()[L"PMICompare"] = 0;
+    settings::DialogSwitches read = settings::ReadDialogSwitches();
+    EXPECT_TRUE(read.productStructure && read.attributes);
+    EXPECT_FALSE(read.pmi);
+    values() = {{L"PSCompare", 0}, {L"PMICompare", 2}, {L"AttribCompare", 0}};
+    read = settings::ReadDialogSwitches();
+    EXPECT_TRUE(read.pmi);
+    EXPECT_FALSE(read.productStructure || read.attributes);
+    services.store->refuse = true;
+    read = settings::ReadDialogSwitches();
+    EXPECT_TRUE(read.productStructure && read.pmi && read.attributes);
+}
+
+TEST_F(CompareSettings, ReportsKeepWhatIsNotStored) {
+    settings::ReportSwitches read;
+    read.pmi = false;
+    values() = {{L"3DReport", 0}, {L"IncludeCmpFile", 2}, {L"PSCompare", 0}};
+    settings::LoadReportSwitches(read);
+    EXPECT_FALSE(read.threeDResult);
+    EXPECT_TRUE(read.compareFile);
+    EXPECT_FALSE(read.pmi);
+    EXPECT_TRUE(read.productStructure);
+    EXPECT_FALSE(read.referenceFile);
+}
+
+TEST_F(CompareSettings, PrecisionComesFromTheWorkspaceThatReadingMakes) {
+    const std::wstring workspace = L"Software\\Bextora\\bextora\\Workspace";
+    EXPECT_EQ(settings::ReadNumberPrecision(3), 3);
+    EXPECT_EQ(services.log->entries().front(),
+              "store.create Software\\Bextora\\bextora\\Workspace read");
+    services.store->keys.at(workspace)[L"DocPrec"] = 5;
+    EXPECT_EQ(settings::ReadNumberPrecision(3), 5);
+    services.store->keys.at(workspace)[L"DocPrec"] = 0xFFFFFFFFU;
+    EXPECT_EQ(settings::ReadNumberPrecision(3), -1);
+    services.store->refuse = true;
+    EXPECT_EQ(settings::ReadNumberPrecision(3), 3);
+    os::services().keyStore.reset();
+    EXPECT_EQ(settings::ReadNumberPrecision(3), 3);
+}
+
 }  // namespace
