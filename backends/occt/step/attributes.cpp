@@ -2,132 +2,49 @@
 
 #include <algorithm>
 #include <charconv>
-#include <limits>
-#include <optional>
+#include <iterator>
 #include <set>
+#include <type_traits>
 
-#include "backends/occt/step/units.h"
+#include "backends/occt/step/attributes_life_cycle.h"
+#include "backends/occt/step/attributes_style.h"
+#include "backends/occt/step/pmi_text.h"
+#include "backends/occt/step/properties.h"
 
 namespace occt::step {
 namespace {
 
-bool isBlank(const std::string& text) {
-    return text.find_first_not_of(" \t$#") == std::string::npos;
-}
-
-/// Names that tell the kind of a property, not the property.
-bool isGeneric(const std::string& name) {
-    static const std::set<std::string> generic = {"user defined attribute",
-                                                  "material property",
-                                                  "material_property",
-                                                  "general property",
-                                                  "NONE",
-                                                  "none",
-                                                  "PropertyDefinition for SolidShape"};
-    return isBlank(name) || generic.count(name) != 0;
-}
-
-/// Properties for the checking of readers, and types of other properties.
-bool isAboutOthers(const std::string& name) {
-    return name.find("validation property") != std::string::npos ||
-           name.find("validation_property") != std::string::npos ||
-           name == "attribute type designation";
-}
-
-void sortValues(MetadataValues& values) {
-    const auto less = [](const HPS::MetadataValue& a, const HPS::MetadataValue& b) {
-        if (a.name != b.name) return a.name < b.name;
-        if (a.value.index() != b.value.index()) return a.value.index() < b.value.index();
-        if (const auto* text = std::get_if<std::string>(&a.value)) {
-            return *text < std::get<std::string>(b.value);
-        }
-        if (const auto* number = std::get_if<double>(&a.value)) {
-            return *number < std::get<double>(b.value);
-        }
-        if (const auto* number = std::get_if<std::int32_t>(&a.value)) {
-            return *number < std::get<std::int32_t>(b.value);
-        }
-        if (const auto* is = std::get_if<bool>(&a.value)) return !*is && std::get<bool>(b.value);
-        return false;
-    };
-    std::stable_sort(values.begin(), values.end(), less);
-}
-
-/// A value and the name that its representation item has.
-struct NamedValue {
-    std::string name;
-    decltype(HPS::MetadataValue::value) value;
-};
-
-const Value& unwrap(const Value& value) {
-    const bool wrapped = value.kind == Value::Kind::Typed && value.items.size() == 1;
-    return wrapped ? value.items[0] : value;
-}
-
-decltype(HPS::MetadataValue::value) plain(const Value& value) {
-    if (value.kind == Value::Kind::Text) return value.text;
-    if (value.kind == Value::Kind::Word) {
-        if (value.text == "T") return true;
-        if (value.text == "F") return false;
-        return value.text;
+/// Whether a program made the identifier up, anew with each export.
+bool isMadeUp(const std::string& id) {
+    // Eight, four, four, four and twelve hexadecimal digits.
+    constexpr std::size_t dashes[] = {8, 13, 18, 23};
+    const std::size_t begin = id.starts_with('{') ? 1 : 0;
+    if (id.size() < begin + 36) return !saysMore(id);
+    for (std::size_t i = 0; i < 36; ++i) {
+        const char c = id[begin + i];
+        const bool isDash = std::find(std::begin(dashes), std::end(dashes), i) != std::end(dashes);
+        const bool isHex =
+            (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+        if (isDash ? c != '-' : !isHex) return false;
     }
-    const bool fits = value.number >= std::numeric_limits<std::int32_t>::min() &&
-                      value.number <= std::numeric_limits<std::int32_t>::max();
-    if (value.isInteger && fits) return static_cast<std::int32_t>(value.number);
-    return value.number;
-}
-
-std::optional<NamedValue> itemValue(const Part21& file, std::uint64_t id) {
-    const Instance* const instance = file.find(id);
-    if (instance == nullptr) return std::nullopt;
-    NamedValue out;
-    const Value* found = nullptr;
-    std::uint64_t unit = 0;
-    const auto records = file.read(*instance);
-    for (const Record& record : records) {
-        if (record.keyword == "REPRESENTATION_ITEM") {
-            out.name = record.text(0);
-        } else if (record.keyword == "MEASURE_WITH_UNIT") {
-            found = &record.at(0);
-            unit = record.reference(1);
-        } else if (record.keyword == "MEASURE_REPRESENTATION_ITEM" && record.values.size() >= 3) {
-            out.name = record.text(0);
-            found = &record.at(1);
-            unit = record.reference(2);
-        } else if (record.keyword.ends_with("_REPRESENTATION_ITEM") && record.values.size() >= 2) {
-            out.name = record.text(0);
-            found = &record.at(1);
-        }
-    }
-    if (found == nullptr) return std::nullopt;
-    const Value& value = unwrap(*found);
-    if (value.kind != Value::Kind::Text && value.kind != Value::Kind::Word &&
-        value.kind != Value::Kind::Number) {
-        return std::nullopt;
-    }
-    out.value = plain(value);
-    const std::string symbol = unit != 0 ? unitSymbol(file, unit) : std::string();
-    if (!symbol.empty() && value.kind == Value::Kind::Number) {
-        out.value = numberText(value.number) + " " + symbol;
-    }
-    return out;
+    return true;
 }
 
 class AttributeReader {
 public:
     AttributeReader(const Part21& file, const Products& products)
-        : file_(file), products_(products), finder_(file, products) {}
+        : file_(file), products_(products) {}
 
     Attributes read() {
         header();
         out_.products.resize(products_.products.size());
-        for (std::size_t i = 0; i < products_.products.size(); ++i) ownFields(i);
-        generalNames();
-        for (const std::uint32_t index : file_.ofType("PROPERTY_DEFINITION_REPRESENTATION")) {
-            const auto record =
-                file_.read(file_.instances()[index].id, "PROPERTY_DEFINITION_REPRESENTATION");
-            if (record) property(record->reference(0), record->reference(1));
+        AttributeSubjects subjects(file_, products_, out_);
+        for (std::size_t i = 0; i < products_.products.size(); ++i) {
+            ownFields(products_.products[i], subjects.chains()[i].version, out_.products[i]);
         }
+        LifeCycleReader(file_).addTo(subjects, out_);
+        PropertyReader(file_).addTo(subjects);
+        addStyles(file_, products_, out_);
         for (MetadataValues& values : out_.products) sortValues(values);
         for (auto& [usage, values] : out_.usages) sortValues(values);
         return std::move(out_);
@@ -150,82 +67,39 @@ private:
     }
 
     void field(const std::string& name, const Value& value) {
-        std::string text = value.text;
+        std::string text = oneLine(value.text);
         for (const Value& item : value.items) {
-            if (isBlank(item.text)) continue;
-            text += (text.empty() ? "" : ", ") + item.text;
+            if (!saysMore(item.text)) continue;
+            text += (text.empty() ? "" : ", ") + oneLine(item.text);
         }
-        if (!isBlank(text)) out_.file.push_back({"Header " + name, text});
+        if (saysMore(text)) out_.file.push_back({"Header " + name, text});
     }
 
-    void ownFields(std::size_t number) {
-        const Product& product = products_.products[number];
-        MetadataValues& values = out_.products[number];
-        if (!isBlank(product.id) && product.id != product.name) {
-            values.push_back({"Product ID", product.id});
+    void ownFields(const Product& product, std::uint64_t version, MetadataValues& values) const {
+        const std::string id = shortName(product.id);
+        if (!isMadeUp(id) && product.id != product.name) values.push_back({"Product ID", id});
+        if (saysMore(product.description)) {
+            values.push_back({"Description", oneLine(product.description)});
         }
-        if (!isBlank(product.description)) values.push_back({"Description", product.description});
-        if (!isBlank(product.version)) values.push_back({"Version", product.version});
-        if (!product.fileName.empty()) values.push_back({"Filename", product.fileName});
-    }
-
-    /// Names that a file gives to properties by an entity of their own.
-    void generalNames() {
-        for (const std::uint32_t index : file_.ofType("GENERAL_PROPERTY_ASSOCIATION")) {
-            const auto link =
-                file_.read(file_.instances()[index].id, "GENERAL_PROPERTY_ASSOCIATION");
-            const auto general =
-                link ? file_.read(link->reference(2), "GENERAL_PROPERTY") : std::nullopt;
-            if (general && !isBlank(general->text(1))) {
-                generalNames_[link->reference(3)] = general->text(1);
+        if (saysMore(product.version)) values.push_back({"Version", shortName(product.version)});
+        if (!product.fileName.empty()) {
+            values.push_back({"Filename", oneLine(product.fileName)});
+        }
+        const Instance* const instance = version != 0 ? file_.find(version) : nullptr;
+        if (instance == nullptr) return;
+        for (const Record& record : file_.read(*instance)) {
+            if (record.values.size() > 2 && saysMore(record.text(1))) {
+                values.push_back({"Version Description", shortName(record.text(1))});
             }
+            const std::string& source = record.at(record.values.size() - 1).text;
+            if (source == "MADE") values.push_back({"Source", "made"});
+            if (source == "BOUGHT") values.push_back({"Source", "bought"});
         }
-    }
-
-    MetadataValues* listOf(std::uint64_t subject) {
-        if (const auto product = finder_.find(subject)) return &out_.products[*product];
-        if (file_.read(subject, "NEXT_ASSEMBLY_USAGE_OCCURRENCE")) return &out_.usages[subject];
-        const auto shape = file_.read(subject, "PRODUCT_DEFINITION_SHAPE");
-        const std::uint64_t usage = shape ? shape->reference(2) : 0;
-        if (usage != 0 && file_.read(usage, "NEXT_ASSEMBLY_USAGE_OCCURRENCE")) {
-            return &out_.usages[usage];
-        }
-        return nullptr;
-    }
-
-    void property(std::uint64_t definition, std::uint64_t representation) {
-        const auto record = file_.read(definition, "PROPERTY_DEFINITION");
-        if (!record || isAboutOthers(record->text(0))) return;
-        MetadataValues* const list = listOf(record->reference(2));
-        const Instance* const found = file_.find(representation);
-        if (list == nullptr || found == nullptr) return;
-        const auto records = file_.read(*found);
-        if (records.empty()) return;
-        std::vector<NamedValue> values;
-        for (const Value& item : records.front().at(1).items) {
-            if (auto value = itemValue(file_, item.reference)) values.push_back(std::move(*value));
-        }
-        const std::string name = nameOf(definition, *record);
-        for (NamedValue& value : values) {
-            const bool alone = values.size() == 1 && !name.empty();
-            std::string key = alone || isGeneric(value.name) ? name : value.name;
-            if (key.empty()) key = "Property";
-            list->push_back({std::move(key), std::move(value.value)});
-        }
-    }
-
-    std::string nameOf(std::uint64_t definition, const Record& record) const {
-        const auto general = generalNames_.find(definition);
-        if (general != generalNames_.end()) return general->second;
-        if (!isGeneric(record.text(0))) return record.text(0);
-        return isGeneric(record.text(1)) ? std::string() : record.text(1);
     }
 
     const Part21& file_;
     const Products& products_;
-    ProductFinder finder_;
     Attributes out_;
-    std::unordered_map<std::uint64_t, std::string> generalNames_;
 };
 
 /// Whether the entity type is a design feature, not a part of dimensions and tolerances.
@@ -249,6 +123,24 @@ bool isFeature(std::string_view keyword) {
 }
 
 }  // namespace
+
+void sortValues(MetadataValues& values) {
+    const auto less = [](const HPS::MetadataValue& a, const HPS::MetadataValue& b) {
+        if (a.name != b.name) return a.name < b.name;
+        if (a.value.index() != b.value.index()) return a.value.index() < b.value.index();
+        return std::visit(
+            [&b](const auto& held) {
+                using Held = std::decay_t<decltype(held)>;
+                const Held& other = std::get<Held>(b.value);
+                if constexpr (std::is_same_v<Held, HPS::Time>)
+                    return held.secondsSinceEpoch < other.secondsSinceEpoch;
+                else
+                    return held < other;
+            },
+            a.value);
+    };
+    std::stable_sort(values.begin(), values.end(), less);
+}
 
 std::string numberText(double number) {
     char buffer[32];
@@ -276,7 +168,7 @@ std::vector<MetadataValues> readFeatures(const Part21& file, const Products& pro
             if (!product) continue;
             std::string name;
             for (const Record& record : file.read(instance)) {
-                if (name.empty() && !isBlank(record.text(0))) name = record.text(0);
+                if (name.empty() && saysMore(record.text(0))) name = shortName(record.text(0));
             }
             out[*product].push_back({"Feature", name.empty() ? kind : kind + " " + name});
         }

@@ -10,8 +10,6 @@ namespace {
 
 // What one callout holds and is looked at: lines and texts of a drawing come in dozens.
 constexpr std::size_t kMostContents = 64;
-// Entities between an annotation and its colour that are looked at.
-constexpr std::size_t kMostStyles = 64;
 
 constexpr const char* kOccurrences[] = {
     "ANNOTATION_CURVE_OCCURRENCE",
@@ -24,26 +22,6 @@ constexpr const char* kOccurrences[] = {
     "DRAUGHTING_ANNOTATION_OCCURRENCE",
     "TESSELLATED_ANNOTATION_OCCURRENCE",
 };
-
-constexpr std::pair<const char*, AnnotationReader::Color> kColors[] = {
-    {"red", {1, 0, 0}},     {"green", {0, 1, 0}}, {"blue", {0, 0, 1}},  {"yellow", {1, 1, 0}},
-    {"magenta", {1, 0, 1}}, {"cyan", {0, 1, 1}},  {"black", {0, 0, 0}}, {"white", {1, 1, 1}},
-};
-
-std::optional<AnnotationReader::Color> colorIn(const Record& record) {
-    if (record.keyword == "COLOUR_RGB") {
-        AnnotationReader::Color color = {};
-        for (std::size_t i = 0; i < 3; ++i) {
-            color[i] = static_cast<float>(std::clamp(record.at(i + 1).number, 0.0, 1.0));
-        }
-        return color;
-    }
-    if (record.keyword != "DRAUGHTING_PRE_DEFINED_COLOUR") return std::nullopt;
-    for (const auto& [name, color] : kColors) {
-        if (record.text(0) == name) return color;
-    }
-    return std::nullopt;
-}
 
 /// What an annotation's records say of its styles and of what it draws.
 struct Drawn {
@@ -111,7 +89,7 @@ void addOnce(std::vector<std::uint64_t>& list, std::uint64_t value) {
 
 }  // namespace
 
-AnnotationReader::AnnotationReader(const Part21& file) : file_(file) {
+AnnotationReader::AnnotationReader(const Part21& file) : file_(file), colors_(file) {
     linkMeanings();
     linkContents();
     linkPlanes();
@@ -288,36 +266,24 @@ std::string AnnotationReader::textOf(const std::vector<std::uint64_t>& annotatio
     return out;
 }
 
-const AnnotationReader::Style& AnnotationReader::style(std::uint64_t id) const {
-    const auto [place, isNew] = styles_.try_emplace(id);
-    const Instance* const instance = isNew ? file_.find(id) : nullptr;
-    if (instance == nullptr) return place->second;
-    Style& out = place->second;
-    const auto records = file_.read(*instance);
-    if (annotations_.count(id) != 0) {
-        // The lines of a drawing hold no colour, but thousands of points.
-        out.next = contentOf(id);
-        const Drawn parts = drawn(records);
-        if (parts.styles != nullptr) collectReferences(*parts.styles, out.next);
-    } else {
-        for (const Record& record : records) {
-            if (!out.color) out.color = colorIn(record);
-            for (const Value& value : record.values) collectReferences(value, out.next);
-        }
-    }
-    out.next.resize(std::min(out.next.size(), kMostStyles));
-    return out;
-}
-
-std::optional<AnnotationReader::Color> AnnotationReader::colorOf(
+std::optional<Color> AnnotationReader::colorOf(
     const std::vector<std::uint64_t>& annotations) const {
-    std::vector<std::uint64_t> open = annotations;
-    std::unordered_set<std::uint64_t> seen;
-    for (std::size_t next = 0; next < open.size() && next < kMostStyles; ++next) {
-        if (!seen.insert(open[next]).second) continue;
-        const Style& found = style(open[next]);
-        if (found.color) return found.color;
-        open.insert(open.end(), found.next.begin(), found.next.end());
+    std::vector<std::uint64_t> parts = annotations;
+    for (const std::uint64_t annotation : annotations) {
+        const auto& contents = contentOf(annotation);
+        parts.insert(parts.end(), contents.begin(), contents.end());
+    }
+    // The lines of a drawing hold no colour, but thousands of points: only styles are followed.
+    for (const std::uint64_t part : parts) {
+        const Instance* const instance = file_.find(part);
+        if (instance == nullptr) continue;
+        const auto records = file_.read(*instance);
+        const Drawn found = drawn(records);
+        if (found.styles == nullptr) continue;
+        std::vector<std::uint64_t> styles;
+        collectReferences(*found.styles, styles);
+        styles.resize(std::min(styles.size(), kMostContents));
+        if (const auto color = colors_.colorOf(styles)) return color;
     }
     return std::nullopt;
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -9,6 +8,7 @@
 #include <vector>
 
 #include "backends/occt/step/part21.h"
+#include "backends/occt/step/pmi_color.h"
 
 namespace occt::step {
 
@@ -32,8 +32,6 @@ struct SavedView {
 /// must outlive it. Looks through the file once; not from two threads.
 class AnnotationReader {
 public:
-    using Color = std::array<float, 3>;  ///< channels in [0, 1]
-
     explicit AnnotationReader(const Part21& file);
 
     /// Annotations that stand for the entity `meaning` (a dimension, a tolerance, a datum's
@@ -61,11 +59,6 @@ private:
         std::string text;
         bool isDimensionText = false;
     };
-    /// An entity on the way from an annotation to its colour.
-    struct Style {
-        std::optional<Color> color;
-        std::vector<std::uint64_t> next;
-    };
 
     void linkMeanings();
     void linkContents();
@@ -75,7 +68,6 @@ private:
     std::string ownName(std::uint64_t annotation) const;
     const Drawing& drawing(std::uint64_t item) const;
     const Drawing& drawnBy(std::uint64_t annotation) const;
-    const Style& style(std::uint64_t id) const;
     std::string partText(std::uint64_t annotation) const;
     void collectViews(std::uint64_t model, std::vector<SavedView>& out) const;
     void addOther(std::uint64_t id, const std::unordered_set<std::uint64_t>& taken,
@@ -92,7 +84,7 @@ private:
     std::unordered_map<std::uint64_t, std::size_t> planes_;  ///< annotations on each
     std::unordered_set<std::uint64_t> annotations_;
     mutable std::unordered_map<std::uint64_t, Drawing> drawings_;
-    mutable std::unordered_map<std::uint64_t, Style> styles_;
+    ColorReader colors_;
 };
 
 }  // namespace occt::step

@@ -2,51 +2,22 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/unit/backends/occt/step/product_text.h"
-#include "tests/unit/backends/occt/step/step_file.h"
+#include "tests/unit/backends/occt/step/attribute_texts.h"
 
 namespace {
 
 using occt::step::Attributes;
-using occt::step::MetadataValues;
 using occt::step::readAttributes;
 using occt::step::readProducts;
+using step_test::attributesOfPart;
 using step_test::kContexts;
 using step_test::product;
+using step_test::property;
+using step_test::shown;
 using step_test::StepFile;
 using step_test::usage;
 
-std::string shown(const HPS::MetadataValue& value) {
-    std::string text = value.name + "=";
-    if (const auto* held = std::get_if<std::string>(&value.value)) return text + "'" + *held + "'";
-    if (const auto* held = std::get_if<std::int32_t>(&value.value))
-        return text + std::to_string(*held);
-    if (const auto* held = std::get_if<double>(&value.value))
-        return text + occt::step::numberText(*held) + "r";
-    if (const auto* held = std::get_if<bool>(&value.value)) return text + (*held ? "yes" : "no");
-    return text + "?";
-}
-
-std::vector<std::string> shown(const MetadataValues& values) {
-    std::vector<std::string> out;
-    for (const auto& value : values) out.push_back(shown(value));
-    return out;
-}
-
 using Texts = std::vector<std::string>;
-
-/// A property of the entity `subject` whose representation has these items.
-std::string property(int base, int subject, const std::string& name, const std::string& items) {
-    using step_test::ref;
-    return ref(base) + "=PROPERTY_DEFINITION('" + name + "','described'," + ref(subject) + ");" +
-           ref(base + 1) + "=PROPERTY_DEFINITION_REPRESENTATION(" + ref(base) + "," +
-           ref(base + 2) + ");" + ref(base + 2) + "=REPRESENTATION('',(" + items + "),$);\n";
-}
-
-Texts attributesOfPart(const std::string& text) {
-    const StepFile step(kContexts + product(10, "part", "part") + text);
-    return shown(readAttributes(step.file, readProducts(step.file)).products.at(0));
-}
 
 TEST(StepAttributes, TheHeaderNamesFileAndSystem) {
     const occt::step::Part21 file(
@@ -72,6 +43,88 @@ TEST(StepAttributes, ProductsHaveTheirOwnFields) {
     EXPECT_EQ(attributesOfPart(""), Texts{}) << "an identifier that is the name says nothing";
 }
 
+TEST(StepAttributes, VersionsSayWhereTheyComeFrom) {
+    const auto of = [](const std::string& version) {
+        const StepFile step("#1=PRODUCT('','a','',());#2=" + version +
+                            ";#3=PRODUCT_DEFINITION('','',#2,$);");
+        return shown(readAttributes(step.file, readProducts(step.file)).products.at(0));
+    };
+    EXPECT_EQ(of("PRODUCT_DEFINITION_FORMATION_WITH_SPECIFIED_SOURCE('2','first',#1,.MADE.)"),
+              (Texts{"Source='made'", "Version='2'", "Version Description='first'"}));
+    EXPECT_EQ(of("PRODUCT_DEFINITION_FORMATION_WITH_SPECIFIED_SOURCE('','',#1,.BOUGHT.)"),
+              (Texts{"Source='bought'"}));
+    EXPECT_EQ(of("PRODUCT_DEFINITION_FORMATION_WITH_SPECIFIED_SOURCE('','',#1,.NOT_KNOWN.)"),
+              Texts{});
+}
+
+TEST(StepAttributes, IdentifiersThatProgramsMadeUpAreLeftOut) {
+    for (const char* id : {"#123", " ", "0F8FAD5B-D9CB-469F-A165-70867728950E",
+                           "{0f8fad5b-d9cb-469f-a165-70867728950e}"}) {
+        const StepFile step("#1=PRODUCT('" + std::string(id) +
+                            "','a','',());#2=PRODUCT_DEFINITION_FORMATION('','',#1);"
+                            "#3=PRODUCT_DEFINITION('','',#2,$);");
+        EXPECT_EQ(shown(readAttributes(step.file, readProducts(step.file)).products.at(0)), Texts{})
+            << id;
+    }
+    const StepFile step(
+        "#1=PRODUCT('0F8FAD5B-D9CB-469F-A165-7086772895','a','',());"
+        "#2=PRODUCT_DEFINITION_FORMATION('','',#1);"
+        "#3=PRODUCT_DEFINITION('','',#2,$);");
+    EXPECT_EQ(shown(readAttributes(step.file, readProducts(step.file)).products.at(0)),
+              (Texts{"Product ID='0F8FAD5B-D9CB-469F-A165-7086772895'"}));
+}
+
+TEST(StepAttributes, ControlCharactersBecomeBlanks) {
+    EXPECT_EQ(attributesOfPart(property(50, 12, "a\\X\\0Ab\x1b[2J", "#60") +
+                               "#60=DESCRIPTIVE_REPRESENTATION_ITEM('','x\ty\\X2\\0085\\X0\\z');"),
+              (Texts{"a b [2J='x y z'"}));
+}
+
+TEST(StepAttributes, EncodingsThatAreCutShortAreShownAsUnknown) {
+    EXPECT_EQ(attributesOfPart(property(50, 12, "k", "#60") +
+                               "#60=DESCRIPTIVE_REPRESENTATION_ITEM('','a\\X2\\00E4004');"),
+              (Texts{"k='a\u00E4\uFFFD'"}));
+}
+
+TEST(StepAttributes, AValueOfAMegabyteStaysAndAKeyIsCut) {
+    const std::string text(1'000'000, 'v');
+    const auto values = attributesOfPart(property(50, 12, std::string(1'000'000, 'k'), "#60") +
+                                         "#60=DESCRIPTIVE_REPRESENTATION_ITEM('','" + text + "');");
+    ASSERT_EQ(values.size(), 1U);
+    EXPECT_EQ(values[0], std::string(200, 'k') + "\u2026='" + text + "'");
+}
+
+TEST(StepAttributes, APartMayHaveAHundredThousandKeys) {
+    std::string items;
+    std::string all;
+    constexpr int count = 100'000;
+    for (int i = 0; i < count; ++i) {
+        const std::string id = step_test::ref(10'000 + i);
+        items += (i == 0 ? "" : ",") + id;
+        all += id + "=INTEGER_REPRESENTATION_ITEM('k" + std::to_string(i) + "'," +
+               std::to_string(i) + ");\n";
+    }
+    EXPECT_EQ(attributesOfPart(property(50, 12, "many", items) + all).size(),
+              static_cast<std::size_t>(count));
+}
+
+TEST(StepAttributes, DuplicateKeysAreAllKeptInOrder) {
+    EXPECT_EQ(attributesOfPart(property(50, 12, "K", "#60") + property(53, 12, "K", "#61") +
+                               property(56, 12, "K", "#60") +
+                               "#60=DESCRIPTIVE_REPRESENTATION_ITEM('','b');"
+                               "#61=DESCRIPTIVE_REPRESENTATION_ITEM('','a');"),
+              (Texts{"K='a'", "K='b'", "K='b'"}));
+}
+
+TEST(StepAttributes, NumbersThatAreNoneAreLeftOut) {
+    for (const char* number : {"NaN", "1e999", "$", "*", "-", "INF"}) {
+        EXPECT_EQ(attributesOfPart(property(50, 12, "K", "#60") +
+                                   "#60=REAL_REPRESENTATION_ITEM(''," + number + ");"),
+                  Texts{})
+            << number;
+    }
+}
+
 TEST(StepAttributes, ItemsOfEachKindKeepTheirValue) {
     EXPECT_EQ(
         attributesOfPart(
@@ -87,7 +140,7 @@ TEST(StepAttributes, ItemsOfEachKindKeepTheirValue) {
             "#67=INTEGER_REPRESENTATION_ITEM('large',5000000000);"
             "#68=CARTESIAN_POINT('none',(1.,2.,3.));"),
         (Texts{"count=42", "factor=0.5r", "large=5e+09r", "length='2.5 mm'", "mass='3 in'",
-               "text='it's'", "typed=7r", "yes=yes"}));
+               "text='it's'", "typed=7u", "yes=yes"}));
 }
 
 TEST(StepAttributes, APropertyNamesItsOnlyValue) {
@@ -111,10 +164,9 @@ TEST(StepAttributes, GeneralPropertiesNameProperties) {
               (Texts{"Material='steel'"}));
 }
 
-TEST(StepAttributes, WhatChecksReadersIsLeftOut) {
-    EXPECT_EQ(attributesOfPart(property(50, 12, "geometric validation property", "#60") +
-                               property(55, 12, "attribute type designation", "#60") +
-                               "#60=MEASURE_REPRESENTATION_ITEM('volume',VOLUME_MEASURE(1.),$);"),
+TEST(StepAttributes, TypesOfOtherPropertiesAreLeftOut) {
+    EXPECT_EQ(attributesOfPart(property(55, 12, "attribute type designation", "#60") +
+                               "#60=DESCRIPTIVE_REPRESENTATION_ITEM('x','y');"),
               Texts{});
 }
 
