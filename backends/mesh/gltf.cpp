@@ -8,6 +8,7 @@
 #include "backends/mesh/gltf_file.h"
 #include "backends/mesh/gltf_meshes.h"
 #include "backends/mesh/graph.h"
+#include "backends/mesh/recognise.h"
 #include "backends/mesh/text.h"
 
 namespace mesh {
@@ -291,16 +292,6 @@ private:
 };
 
 }  // namespace
-
-bool isGlb(std::string_view bytes) {
-    return bytes.starts_with("glTF");
-}
-
-bool isGltf(std::string_view bytes) {
-    if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
-    const std::size_t begin = bytes.find_first_not_of(" \t\r\n");
-    return begin != bytes.npos && bytes[begin] == '{' && bytes.find("\"asset\"") != bytes.npos;
-}
 
 Outcome readGltf(std::string_view bytes, const Beside& beside) {
     if (!isGlb(bytes) && !isGltf(bytes)) {

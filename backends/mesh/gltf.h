@@ -8,11 +8,6 @@
 
 namespace mesh {
 
-bool isGlb(std::string_view bytes);
-
-/// True for a JSON object that says somewhere in its beginning that it is an asset.
-bool isGltf(std::string_view bytes);
-
 /// Reads glTF 2.0 and GLB: triangles, strips and fans of the file's scene. Metres become
 /// millimetres and Y upwards becomes Z upwards, in every part's own frame too, as CAD systems
 /// have it. Colours, textures, cameras and animations play no part.

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstring>
 
-#include "backends/mesh/gltf.h"
+#include "backends/mesh/recognise.h"
 #include "backends/mesh/text.h"
 #include "backends/mesh/uri.h"
 

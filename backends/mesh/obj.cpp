@@ -14,9 +14,6 @@
 namespace mesh {
 namespace {
 
-/// Statements that an OBJ file begins with, comments aside.
-constexpr std::string_view kFirst[] = {"v", "vt", "vn", "o", "g", "f", "s", "mtllib", "usemtl"};
-
 constexpr std::string_view kCurved[] = {"curv", "curv2", "surf", "vp"};
 
 bool isAmong(std::string_view word, std::span<const std::string_view> words) {
@@ -242,21 +239,6 @@ private:
 };
 
 }  // namespace
-
-bool isObj(std::string_view bytes) {
-    TextReader text(bytes.substr(0, std::min<std::size_t>(bytes.size(), std::size_t{1} << 16)));
-    while (!text.atEnd()) {
-        const std::string_view word = text.wordInLine();
-        if (!word.empty() && !word.starts_with('#')) {
-            const bool known = isAmong(word, kFirst);
-            if (!known || word.size() > 1) return known;
-            // One letter is little: something has to follow it.
-            return !text.wordInLine().empty() || word == "g";
-        }
-        text.skipLine();
-    }
-    return false;
-}
 
 Outcome readObj(std::string_view bytes) {
     Outcome outcome = ObjReader(bytes).run();

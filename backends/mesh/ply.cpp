@@ -9,6 +9,7 @@
 #include "backends/mesh/build.h"
 #include "backends/mesh/ply_header.h"
 #include "backends/mesh/polygon.h"
+#include "backends/mesh/recognise.h"
 #include "backends/mesh/text.h"
 
 namespace mesh {
@@ -270,10 +271,6 @@ private:
 };
 
 }  // namespace
-
-bool isPly(std::string_view bytes) {
-    return bytes.starts_with("ply\n") || bytes.starts_with("ply\r");
-}
 
 Outcome readPly(std::string_view bytes) {
     if (!isPly(bytes)) return refused("not-this-format", "is no PLY file.");

@@ -6,8 +6,6 @@
 
 namespace mesh {
 
-bool isPly(std::string_view bytes);
-
 /// Faces and triangle strips, as text or binary of either byte order. One part without a name.
 Outcome readPly(std::string_view bytes);
 

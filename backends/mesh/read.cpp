@@ -24,15 +24,6 @@ Outcome dispatch(Format format, std::string_view bytes, const Beside& beside) {
 
 }  // namespace
 
-std::optional<Format> recognise(std::string_view bytes) {
-    if (isPly(bytes)) return Format::Ply;
-    if (isGlb(bytes) || isGltf(bytes)) return Format::Gltf;
-    if (isThreeMf(bytes)) return Format::ThreeMf;
-    if (isBinaryStl(bytes) || isTextStl(bytes)) return Format::Stl;
-    if (isObj(bytes)) return Format::Obj;
-    return std::nullopt;
-}
-
 Outcome read(Format format, std::string_view bytes, const Beside& beside) {
     try {
         return dispatch(format, bytes, beside);

@@ -95,6 +95,9 @@ enum class Format { Stl, Obj, Ply, Gltf, ThreeMf };
 /// its first statements alone, the others by their first bytes, or an STL file by its size.
 std::optional<Format> recognise(std::string_view bytes);
 
+/// Whether the content speaks for that format.
+bool is(Format format, std::string_view bytes);
+
 /// Reads a whole file. Throws std::bad_alloc when memory runs out and nothing else. Takes memory
 /// by what the file holds, not by what it promises, and time in proportion to its length.
 Outcome read(Format format, std::string_view bytes, const Beside& beside);

@@ -7,6 +7,7 @@
 
 #include "backends/mesh/bodies.h"
 #include "backends/mesh/build.h"
+#include "backends/mesh/recognise.h"
 #include "backends/mesh/text.h"
 #include "backends/mesh/welder.h"
 
@@ -239,20 +240,6 @@ private:
 };
 
 }  // namespace
-
-bool isBinaryStl(std::string_view bytes) {
-    if (bytes.size() < kStart) return false;
-    return bytes.size() == kStart + declaredTriangles(bytes) * kTriangle;
-}
-
-bool isTextStl(std::string_view bytes) {
-    TextReader text(bytes);
-    if (!sameWord(text.word(), "solid")) return false;
-    text.restOfLine();
-    const std::string_view next = text.word();
-    return next.empty() || sameWord(next, "facet") || sameWord(next, "color") ||
-           sameWord(next, "endsolid") || sameWord(next, "end");
-}
 
 Outcome readStl(std::string_view bytes) {
     if (isBinaryStl(bytes)) return readBinary(bytes);

@@ -282,11 +282,6 @@ private:
 
 }  // namespace
 
-bool isThreeMf(std::string_view bytes) {
-    // Names of files stand as they are in the directory at the end of the archive.
-    return bytes.starts_with("PK\x03\x04") && (bytes.find(".model") != bytes.npos);
-}
-
 Outcome readThreeMf(std::string_view bytes) {
     if (!bytes.starts_with("PK")) {
         return refused("not-this-format", "is no 3MF file: it is no ZIP archive.");

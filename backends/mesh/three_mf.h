@@ -6,9 +6,6 @@
 
 namespace mesh {
 
-/// True for a ZIP archive with a 3MF model in it.
-bool isThreeMf(std::string_view bytes);
-
 /// Reads what is to be built: build items, objects of components, meshes; of all model files of a
 /// package. Lengths come in the model's unit, microns as millimetres' thousandths.
 Outcome readThreeMf(std::string_view bytes);

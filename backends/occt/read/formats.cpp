@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "backends/mesh/scene.h"
 #include "backends/occt/file_formats.h"
 #include "backends/occt/read/step_references.h"
 
@@ -44,6 +45,11 @@ bool isXbf(std::string_view bytes) {
     return bytes.starts_with("BINFILE");
 }
 
+template <mesh::Format format>
+bool isMesh(std::string_view bytes) {
+    return mesh::is(format, bytes);
+}
+
 const std::vector<Format>& table() {
     static const std::vector<Format> rows = {
         {FormatId::Step, "STEP", "STEP Files", {"stp", "step"}, isStep, false, filesOfStep},
@@ -56,6 +62,23 @@ const std::vector<Format>& table() {
          filesOfStep},
         {FormatId::Brep, "BREP", "BREP Files", {"brep", "brp"}, isBrep, false, nullptr},
         {FormatId::Xbf, "XBF", "XBF Files", {"xbf"}, isXbf, false, nullptr},
+        {FormatId::Gltf,
+         "glTF",
+         "glTF Files",
+         {"gltf", "glb"},
+         isMesh<mesh::Format::Gltf>,
+         false,
+         mesh::filesBeside},
+        {FormatId::ThreeMf,
+         "3MF",
+         "3MF Files",
+         {"3mf"},
+         isMesh<mesh::Format::ThreeMf>,
+         false,
+         nullptr},
+        {FormatId::Ply, "PLY", "PLY Files", {"ply"}, isMesh<mesh::Format::Ply>, false, nullptr},
+        {FormatId::Stl, "STL", "STL Files", {"stl"}, isMesh<mesh::Format::Stl>, false, nullptr},
+        {FormatId::Obj, "OBJ", "Wavefront Obj", {"obj"}, isMesh<mesh::Format::Obj>, false, nullptr},
     };
     return rows;
 }
