@@ -33,6 +33,18 @@ bool isStep(std::string_view bytes) {
                       [](char a, char b) { return small(a) == b; });
 }
 
+/// Lines of 80 columns whose 73rd names the section; the first section is S.
+bool isIges(std::string_view bytes) {
+    constexpr std::size_t column = 72;
+    constexpr std::size_t end = 80;
+    const std::string_view line = bytes.substr(0, bytes.find_first_of("\r\n"));
+    if (line.size() < end - 1 || line[column] != 'S') return false;
+    const std::string_view number = line.substr(column + 1, end - column - 1);
+    const std::size_t digit = number.find_first_not_of(" 0");
+    return digit != std::string_view::npos && number[digit] == '1' &&
+           number.find_first_not_of(" 0123456789") == std::string_view::npos;
+}
+
 /// Text or binary; the text may have a word for other tools in front.
 bool isBrep(std::string_view bytes) {
     constexpr std::string_view word = "DBRep_DrawableShape";
@@ -60,6 +72,7 @@ const std::vector<Format>& table() {
          isStep,
          true,
          filesOfStep},
+        {FormatId::Iges, "IGES", "IGES Files", {"igs", "iges"}, isIges, false, nullptr},
         {FormatId::Brep, "BREP", "BREP Files", {"brep", "brp"}, isBrep, false, nullptr},
         {FormatId::Xbf, "XBF", "XBF Files", {"xbf"}, isXbf, false, nullptr},
         {FormatId::Gltf,

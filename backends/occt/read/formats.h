@@ -9,7 +9,7 @@ namespace occt {
 
 /// What a reader exists for; readerOf() in reader.h leads from here to the reader. A new format
 /// is an enumerator here, a row in formats.cpp and a line in readers.cpp.
-enum class FormatId { Step, CompressedStep, Brep, Xbf, Gltf, ThreeMf, Ply, Stl, Obj };
+enum class FormatId { Step, CompressedStep, Iges, Brep, Xbf, Gltf, ThreeMf, Ply, Stl, Obj };
 
 /// One row of the table of formats. No reader's code is reached from here, so that a host that
 /// only lists the formats loads none.

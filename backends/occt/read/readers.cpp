@@ -1,4 +1,5 @@
 #include "backends/occt/read/brep_reader.h"
+#include "backends/occt/read/iges_reader.h"
 #include "backends/occt/read/mesh_reader.h"
 #include "backends/occt/read/reader.h"
 #include "backends/occt/read/step_reader.h"
@@ -10,6 +11,7 @@ Reader readerOf(FormatId id) {
     switch (id) {
         case FormatId::Step:
         case FormatId::CompressedStep: return readStep;
+        case FormatId::Iges: return readIges;
         case FormatId::Brep: return readBrep;
         case FormatId::Xbf: return readXbf;
         case FormatId::Gltf: return readGltf;
