@@ -85,6 +85,19 @@ TEST_F(BomLoader, RowsAreSortedWithoutRegardToCaseAndStable) {
     EXPECT_EQ(loader_.compareStates, (States{kSame, kSame, kCompare}));
 }
 
+// Long enough for a sort that does not keep the order to show it.
+TEST_F(BomLoader, ManyEqualNamesKeepTheirOrder) {
+    std::vector<support::ComponentShape> shapes;
+    for (int i = 100; i < 200; ++i) {
+        shapes.push_back(support::part("Bolt").with("Filename", std::to_string(299 - i)));
+    }
+    loader_.LoadAndCompareBOM(support::makeModel(shapes), HPS::CADModel());
+    ASSERT_EQ(loader_.referenceRows.size(), 100U);
+    for (std::size_t i = 0; i < 100; ++i) {
+        EXPECT_EQ(loader_.referenceRows[i].fileName, std::to_wstring(199 - i));
+    }
+}
+
 TEST_F(BomLoader, ComparingWritesOneStatePerRow) {
     const std::vector<BOMRow> reference = {{L"a", L"", 1}, {L"b", L"", 1}};
     const std::vector<BOMRow> compare = {{L"B", L"x", 7}};

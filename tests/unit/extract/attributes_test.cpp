@@ -78,6 +78,17 @@ TEST_F(FileAttributes, EqualNamesGiveOneRowEach) {
         (Names{L"K=3", L"k=2", L"k=1"}));
 }
 
+// Long enough for a sort that does not keep the order to show it.
+TEST_F(FileAttributes, ManyEqualNamesKeepTheirOrder) {
+    auto top = occurrence("top");
+    Names expected;
+    for (int i = 0; i < 100; ++i) {
+        top = top.with("k", i);
+        expected.push_back(L"k=" + std::to_wstring(i));
+    }
+    EXPECT_EQ(rows(makeModel({top})), expected);
+}
+
 TEST_F(FileAttributes, EmptyTextsAreShownAsADash) {
     auto top = occurrence("top").with("", Text("v")).with("k", Text());
     top.metadata.push_back({"other", Text("hidden"), 0x80001042});
@@ -214,6 +225,15 @@ TEST_F(ComponentAttributes, AreSortedByTheirCharactersCodes) {
     const auto model = makeModel({occurrence(
         "top", {part("b"), part("ab"), part("B"), part("a"), part("\xC3\xA4"), part("")})});
     EXPECT_EQ(names(parts(model)), (Names{L"", L"B", L"a", L"ab", L"b", L"\u00E4"}));
+}
+
+TEST_F(ComponentAttributes, ManyInstancesKeepTheirOrder) {
+    const std::vector<support::ComponentShape> bolts(100, part("Bolt"));
+    std::int32_t index = 0;
+    for (const PartAttributes& record : parts(makeModel({occurrence("top", bolts)}))) {
+        EXPECT_EQ(record.occurrenceIndex, ++index);
+    }
+    EXPECT_EQ(index, 100);
 }
 
 TEST_F(ComponentAttributes, FileNameIsTheWholeText) {

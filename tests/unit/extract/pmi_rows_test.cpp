@@ -66,6 +66,17 @@ TEST_F(PmiRows, EqualNamesGiveOneRowEachInModelOrder) {
               (Lines{L"X=3", L"x=2", L"x=1"}));
 }
 
+// Long enough for a sort that does not keep the order to show it.
+TEST_F(PmiRows, ManyEqualNamesKeepTheirOrder) {
+    std::vector<support::ComponentShape> items;
+    Lines expected;
+    for (int i = 0; i < 100; ++i) {
+        items.push_back(pmi("x", std::to_string(i)));
+        expected.push_back(L"x=" + std::to_wstring(i));
+    }
+    EXPECT_EQ(rows(makeModel({occurrence("a", items)})), expected);
+}
+
 TEST_F(PmiRows, AnItemThatNobodyCanReadHasNoText) {
     const support::ScopedPmi nothing(
         +[](const HPS::Exchange::Component&, bxtexchange::PMIInfos&) { return false; });

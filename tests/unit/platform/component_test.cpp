@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <stdexcept>
-
 #include "platform/hps/exception.h"
 #include "tests/support/memory_model.h"
 
@@ -128,14 +126,14 @@ TEST_F(Components, EmptyHandleThrows) {
     const HPS::Component empty;
     EXPECT_TRUE(empty.Empty());
     EXPECT_TRUE(HPS::CADModel(nullptr).Empty());
-    EXPECT_THROW(empty.GetName(), HPS::Exception);
-    EXPECT_THROW(empty.GetComponentType(), HPS::Exception);
-    EXPECT_THROW(empty.GetSubcomponents(), HPS::Exception);
-    EXPECT_THROW(empty.GetAllSubcomponents(ComponentType::BrepModel), HPS::Exception);
-    EXPECT_THROW(empty.GetOwners(), HPS::Exception);
-    EXPECT_THROW(empty.GetMetadata("Units"), HPS::Exception);
-    EXPECT_THROW(empty.GetAllMetadata(), HPS::Exception);
-    EXPECT_THROW(HPS::Exchange::Component().GetExchangeEntity(), HPS::Exception);
+    EXPECT_THROW(empty.GetName(), HPS::InvalidObjectException);
+    EXPECT_THROW(empty.GetComponentType(), HPS::InvalidObjectException);
+    EXPECT_THROW(empty.GetSubcomponents(), HPS::InvalidObjectException);
+    EXPECT_THROW(empty.GetAllSubcomponents(ComponentType::BrepModel), HPS::InvalidObjectException);
+    EXPECT_THROW(empty.GetOwners(), HPS::InvalidObjectException);
+    EXPECT_THROW(empty.GetMetadata("Units"), HPS::InvalidObjectException);
+    EXPECT_THROW(empty.GetAllMetadata(), HPS::InvalidObjectException);
+    EXPECT_THROW(HPS::Exchange::Component().GetExchangeEntity(), HPS::InvalidObjectException);
 }
 
 TEST_F(Components, HandlesCompareByWhatTheyReferTo) {

@@ -44,12 +44,12 @@ TEST(Metadata, GivesItsNameAndValue) {
 TEST(Metadata, EmptyHandleHasNoNameAndThrowsForItsValue) {
     EXPECT_TRUE(HPS::Metadata().Empty());
     EXPECT_TRUE(HPS::Metadata().GetName().Empty());
-    EXPECT_THROW(HPS::StringMetadata().GetValue(), HPS::Exception);
-    EXPECT_THROW(HPS::IntegerMetadata().GetValue(), HPS::Exception);
-    EXPECT_THROW(HPS::UnsignedIntegerMetadata().GetValue(), HPS::Exception);
-    EXPECT_THROW(HPS::DoubleMetadata().GetValue(), HPS::Exception);
-    EXPECT_THROW(HPS::BooleanMetadata().GetValue(), HPS::Exception);
-    EXPECT_THROW(HPS::TimeMetadata().GetValue(), HPS::Exception);
+    EXPECT_THROW(HPS::StringMetadata().GetValue(), HPS::InvalidObjectException);
+    EXPECT_THROW(HPS::IntegerMetadata().GetValue(), HPS::InvalidObjectException);
+    EXPECT_THROW(HPS::UnsignedIntegerMetadata().GetValue(), HPS::InvalidObjectException);
+    EXPECT_THROW(HPS::DoubleMetadata().GetValue(), HPS::InvalidObjectException);
+    EXPECT_THROW(HPS::BooleanMetadata().GetValue(), HPS::InvalidObjectException);
+    EXPECT_THROW(HPS::TimeMetadata().GetValue(), HPS::InvalidObjectException);
 }
 
 TEST(Metadata, AnotherKindGivesAnEmptyView) {
@@ -63,7 +63,7 @@ TEST(Metadata, AnotherKindGivesAnEmptyView) {
         EXPECT_EQ(HPS::TimeMetadata(value).Empty(), value.Type() != 0x80001005U);
         EXPECT_EQ(HPS::BooleanMetadata(value).Empty(), value.Type() != 0x80001006U);
     }
-    EXPECT_THROW(HPS::StringMetadata(make(1.0)).GetValue(), HPS::Exception);
+    EXPECT_THROW(HPS::StringMetadata(make(1.0)).GetValue(), HPS::InvalidObjectException);
 }
 
 }  // namespace
