@@ -101,16 +101,42 @@ void structure(const Products& products) {
     }
 }
 
+/// Whether a text may go to a terminal as it is: no control characters.
+bool isPlain(const std::string& text) {
+    return std::none_of(text.begin(), text.end(), [](char c) {
+        return static_cast<unsigned char>(c) < 0x20 || static_cast<unsigned char>(c) == 0x7F;
+    });
+}
+
+void values(const step::MetadataValues& all) {
+    for (const HPS::MetadataValue& value : all) {
+        fuzz::require(!value.name.empty() && isPlain(value.name), "a key is a line");
+        if (const auto* text = std::get_if<std::string>(&value.value)) {
+            fuzz::require(isPlain(*text), "a value is a line");
+        } else if (const auto* number = std::get_if<double>(&value.value)) {
+            fuzz::require(std::isfinite(*number), "a value is a number");
+        }
+    }
+}
+
 void words(const Part21& file, const Products& products) {
     const auto attributes = step::readAttributes(file, products);
     fuzz::require(attributes.products.size() == products.products.size(),
                   "there are attributes per product");
+    values(attributes.file);
+    for (const auto& product : attributes.products) values(product);
+    for (const auto& usage : attributes.usages) values(usage.second);
     fuzz::require(step::readFeatures(file, products).size() == products.products.size(),
                   "there are features per product");
     std::set<std::string> names;
     for (const step::Pmi& pmi : step::readPmi(file, products)) {
         fuzz::require(pmi.product < products.products.size(), "a dimension is a product's");
         fuzz::require(names.insert(pmi.name).second, "its name is its own");
+        fuzz::require(!pmi.name.empty() && isPlain(pmi.name) && isPlain(pmi.text),
+                      "its name and its text are lines");
+        for (const double value : pmi.values) {
+            fuzz::require(std::isfinite(value), "its values are numbers");
+        }
         if (!pmi.color) continue;
         for (const float channel : *pmi.color) {
             fuzz::require(channel >= 0.0F && channel <= 1.0F, "a colour is one");

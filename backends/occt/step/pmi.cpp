@@ -100,6 +100,7 @@ private:
             pmi.product = productOf(instance.id);
             pmi.color = annotations_.colorOf(annotations_.drawnFor(instance.id));
             (this->*fill)(pmi, instance.id, file_.read(instance));
+            if (pmi.name.empty()) pmi.name = asWords(keyword);
             add(std::move(pmi));
         }
     }

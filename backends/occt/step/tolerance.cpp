@@ -233,7 +233,7 @@ std::string ToleranceReader::frameText(std::uint64_t id, const Frame& frame,
     addWord(text, size);
     for (const std::string& modifier : frame.modifiers) {
         const std::string_view known = toleranceModifierSign(modifier);
-        addWord(text, known.empty() ? std::string_view(modifier).substr(0, kMost) : known);
+        addWord(text, known.empty() ? shortName(modifier) : std::string(known));
     }
     const std::string largest = measure(frame.largest, partUnitMm);
     if (!largest.empty()) addWord(text, largest + " MAX");
@@ -337,8 +337,7 @@ std::string ToleranceReader::modifiers(const Value& list) const {
         const Value& inner = typed ? value.items[0] : value;
         if (inner.kind == Value::Kind::Word) {
             const std::string_view known = datumModifierSign(inner.text);
-            texts.emplace_back(known.empty() ? std::string_view(inner.text).substr(0, kMost)
-                                             : known);
+            texts.push_back(known.empty() ? shortName(inner.text) : std::string(known));
         } else if (inner.isReference()) {
             const auto valued = file_.read(inner.reference, "DATUM_REFERENCE_MODIFIER_WITH_VALUE");
             const auto size = valued ? measures_.read(valued->reference(1)) : std::nullopt;

@@ -109,6 +109,11 @@ TEST(StepPmi, ColoursComeFromTheAnnotation) {
         << "a circle of styles";
 }
 
+TEST(StepPmi, ItemsThatCannotBeReadHaveTheNameOfTheirType) {
+    EXPECT_EQ(linesOf("#30=DIMENSIONAL_SIZE(#70,'radius;#31=DATUM('','',#13,.F.,'A');"),
+              (Texts{"Dimensional size|"}));
+}
+
 TEST(StepPmi, WhatBelongsToNoProductGoesToTheRoot) {
     const auto all = pmiOf("#30=DIMENSIONAL_SIZE(#99,'radius');");
     EXPECT_EQ(all.at(0).product, 0U);
