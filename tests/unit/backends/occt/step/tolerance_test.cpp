@@ -109,7 +109,6 @@ TEST(StepTolerance, ModifiersStandBehindTheNumber) {
         {"NOT_CONVEX", "NC"},
         {"SEPARATE_REQUIREMENT", "SEP REQT"},
         {"OF_ANOTHER_WORLD", "OF_ANOTHER_WORLD"},
-        {"OF\tANOTHER\x1bWORLD", "OF ANOTHER WORLD"},
     };
     for (const auto& [word, sign] : modifiers) {
         EXPECT_EQ(position("GEOMETRIC_TOLERANCE_WITH_MODIFIERS((." + std::string(word) + ".))"),
