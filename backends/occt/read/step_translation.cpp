@@ -32,38 +32,40 @@ constexpr std::array<std::string_view, 6> kCounted = {
 StepTranslation::StepTranslation(const step::Part21& file, const step::Products& products)
     : file_(file), products_(products) {}
 
-bool StepTranslation::run(BinaryDocument& document, ProgressReporter& progress) {
+bool StepTranslation::run(BinaryDocument& document, ProgressReporter& progress,
+                          std::size_t pieceSize) {
     document_ = document.handle();
     prepare();
     XCAFDoc_ShapeTool::SetAutoNaming(Standard_False);
     // Without products the library must look for shapes as such.
     Interface_Static::SetIVal("read.step.product.mode", products_.products.empty() ? 0 : 1);
     progress.beginPhase("reading", 0.05);
-    const auto cut = cutIntoPieces(file_, products_);
+    const auto cut = cutIntoPieces(file_, products_, pieceSize);
     if (!cut) return runWhole(progress);
     progress.beginPhase("translating", 0.85);
-    const auto count = static_cast<double>(cut->pieces.size());
-    for (std::size_t i = 0; i < cut->pieces.size(); ++i) {
-        const auto& piece = cut->pieces[i];
-        STEPCAFControl_Reader reader;
-        leaveOutAttributes(reader);
-        const Handle(XSControl_WorkSession) session = reader.ChangeReader().WS();
-        std::vector<Entity> entities;
-        {
-            StepModel model = readEntities(
-                file_, piece, *cut, Handle(StepData_Protocol)::DownCast(session->Protocol()));
-            session->SetModel(model.model);
-            for (std::size_t k = 0; k < piece.size(); ++k) {
-                if (asked_[piece[k]]) entities.emplace_back(piece[k], model.entities[k]);
-            }
-        }
-        session->InitTransferReader(4);
-        const Handle(OcctProgress) indicator =
-            new OcctProgress(progress, static_cast<double>(i) / count, 1.0 / count);
-        reader.Transfer(document_, indicator->Start());
-        collect(entities, session->TransferReader()->TransientProcess());
-    }
+    for (std::size_t i = 0; i < cut->pieces.size(); ++i) translate(*cut, i, progress);
     return true;
+}
+
+void StepTranslation::translate(const StepPieces& cut, std::size_t number,
+                                ProgressReporter& progress) {
+    const std::vector<std::uint32_t>& piece = cut.pieces[number];
+    STEPCAFControl_Reader reader;
+    leaveOutAttributes(reader);
+    const Handle(XSControl_WorkSession) session = reader.ChangeReader().WS();
+    const auto protocol = Handle(StepData_Protocol)::DownCast(session->Protocol());
+    const StepModel model = readEntities(file_, piece, cut, protocol);
+    session->SetModel(model.model);
+    session->InitTransferReader(4);
+    const double share = 1.0 / static_cast<double>(cut.pieces.size());
+    const Handle(OcctProgress) indicator =
+        new OcctProgress(progress, share * static_cast<double>(number), share);
+    reader.Transfer(document_, indicator->Start());
+    std::vector<Entity> entities;
+    for (std::size_t i = 0; i < piece.size(); ++i) {
+        if (asked_[piece[i]]) entities.emplace_back(piece[i], model.entities[i]);
+    }
+    collect(entities, session->TransferReader()->TransientProcess());
 }
 
 void StepTranslation::prepare() {

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <string>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -13,6 +13,7 @@
 
 #include "backends/occt/document/binary_document.h"
 #include "backends/occt/read/progress_reporter.h"
+#include "backends/occt/read/step_pieces.h"
 #include "backends/occt/step/part21.h"
 #include "backends/occt/step/products.h"
 
@@ -29,8 +30,9 @@ public:
     StepTranslation(const step::Part21& file, const step::Products& products);
 
     /// Begins the phases "reading" and "translating". False when the library can't make anything
-    /// of the text; a file without shapes is no failure.
-    bool run(BinaryDocument& document, ProgressReporter& progress);
+    /// of the text; a file without shapes is no failure. Pieces have about `pieceSize` instances.
+    bool run(BinaryDocument& document, ProgressReporter& progress,
+             std::size_t pieceSize = kPieceSize);
 
     /// Shape that came of a product or of an item with a name, by the number in the file; null
     /// when none did, and for any other entity.
@@ -47,6 +49,7 @@ private:
 
     void prepare();
     bool runWhole(ProgressReporter& progress);
+    void translate(const StepPieces& cut, std::size_t number, ProgressReporter& progress);
     void collect(const std::vector<Entity>& entities,
                  const Handle(Transfer_TransientProcess) & process);
 
