@@ -97,6 +97,7 @@ const char* evidenceWord(MatchEvidence evidence) {
         case MatchEvidence::IdenticalContent: return "identical content";
         case MatchEvidence::Identity: return "identity";
         case MatchEvidence::SamePlace: return "same place";
+        case MatchEvidence::Faces: return "same faces";
     }
     return "none";
 }

@@ -54,7 +54,7 @@ bool differs(const bxtsg::ProductStructureOutcome& structure, const bxtsg::Outco
 const char* stateWord(int nodeState);
 /// "unchanged", "moved", "only in reference", "only in compare", "changed", "not compared".
 const char* stateWord(bxtexchange::GeometryState state);
-/// "none", "identical content", "identity", "same place".
+/// "none", "identical content", "identity", "same place", "same faces".
 const char* evidenceWord(bxtexchange::MatchEvidence evidence);
 
 }  // namespace cli

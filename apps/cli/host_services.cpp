@@ -5,6 +5,7 @@
 #include "apps/cli/interruptible_clock.h"
 #include "backends/comparer/comparer.h"
 #include "backends/headless/toolkit.h"
+#include "backends/occt/file_formats.h"
 #include "backends/occt/import_service.h"
 #include "backends/posix/posix.h"
 #include "platform/bxt/file_path.h"
@@ -49,6 +50,8 @@ HostServices::HostServices(const Options& options, RunLog& log) {
     comparison.observer.progress = [&log](double fraction, const std::string& phase) {
         log.comparing(fraction, phase);
     };
+    if (options.lengthToleranceMm > 0.0) comparison.lengthToleranceMm = options.lengthToleranceMm;
+    if (options.angleToleranceDeg > 0.0) comparison.angleToleranceDeg = options.angleToleranceDeg;
     bxtexchange::services() = comparer::makeServices(imports_, comparison);
     bxt::services().language = userLanguage();
     os::services().clock = std::make_shared<InterruptibleClock>(
@@ -73,7 +76,17 @@ std::string pluginPath() {
 }
 
 std::vector<std::wstring> fileFormats() {
-    return {L"STEP Files", L"*.stp;*.step", L"All Supported Files", L"*.stp;*.step"};
+    std::vector<std::wstring> list;
+    std::wstring all;
+    for (const occt::FileFormat& format : occt::fileFormats()) {
+        const std::wstring patterns = os::toWide(format.patterns);
+        list.push_back(os::toWide(format.listName));
+        list.push_back(patterns);
+        all += (all.empty() ? L"" : L";") + patterns;
+    }
+    list.push_back(L"All Supported Files");
+    list.push_back(all);
+    return list;
 }
 
 std::wstring userLanguage() {

@@ -34,7 +34,7 @@ private:
 /// Path of the plug-in: beside the running executable.
 std::string pluginPath();
 
-/// Names and patterns of the formats that this host can open.
+/// Names and patterns of the formats that this host can open: those that the import reads.
 std::vector<std::wstring> fileFormats();
 
 /// Two-letter code of the user's language: BEXTORA_LANG, else that of the locale, else "en".

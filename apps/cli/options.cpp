@@ -1,24 +1,30 @@
 #include "apps/cli/options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <sstream>
 #include <string_view>
 
 #include "apps/cli/text.h"
+#include "backends/occt/file_formats.h"
 
 namespace cli {
 namespace {
 
 constexpr const char* kDescription =
-    "Compares two STEP files: product structure and 3D geometry, row by row.";
+    "Compares two CAD files of any formats that '--formats' lists: product structure and 3D "
+    "geometry, row by row.";
 
 constexpr const char* kFooter = R"(
 Examples:
   bextora old.step new.step                 show both trees and what changed
   bextora --changes-only old.step new.step  only what differs
   bextora --json old.step new.step          the same for programs (docs/06-json.md)
+  bextora --geometry old.step new.step      which faces changed, where and by how much
   bextora --exit-on geometry a.stp b.stp    moved or renamed parts still exit with 0
   bextora --keep-result diff.glb a.stp b.stp
                                             keep the coloured 3D result for any viewer
@@ -39,6 +45,42 @@ struct Unit {
     std::uint64_t factor;
 };
 
+std::string withSmallLetters(std::string_view text) {
+    std::string small(text);
+    for (char& c : small) {
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
+    return small;
+}
+
+/// A table that reads well on a terminal and is Markdown as well.
+std::string formatTable() {
+    constexpr std::string_view heads[] = {"Format", "File names"};
+    std::vector<std::array<std::string, 2>> rows;
+    std::size_t widths[] = {heads[0].size(), heads[1].size()};
+    for (const occt::FileFormat& format : occt::fileFormats()) {
+        std::string patterns;
+        for (const char c : format.patterns) {
+            patterns += c == ';' ? std::string("`, `") : std::string(1, c);
+        }
+        rows.push_back({format.name, "`" + patterns + "`"});
+        for (std::size_t i : {0U, 1U}) widths[i] = std::max(widths[i], rows.back()[i].size());
+    }
+    const auto line = [&widths](std::string_view first, std::string_view second, char filling) {
+        std::string text = "|";
+        for (std::size_t i : {0U, 1U}) {
+            const std::string_view cell = i == 0 ? first : second;
+            text += filling;
+            text += cell;
+            text += std::string(widths[i] - cell.size() + 1, filling) + "|";
+        }
+        return text + "\n";
+    };
+    std::string table = line(heads[0], heads[1], ' ') + line("", "", '-');
+    for (const auto& row : rows) table += line(row[0], row[1], ' ');
+    return table;
+}
+
 template <std::size_t Count>
 std::optional<std::uint64_t> parseWithUnit(std::string_view text, const Unit (&units)[Count]) {
     std::uint64_t number = 0;
@@ -46,7 +88,7 @@ std::optional<std::uint64_t> parseWithUnit(std::string_view text, const Unit (&u
     if (error != std::errc() || number == 0) return std::nullopt;
     const std::string_view unit(end, static_cast<std::size_t>(text.data() + text.size() - end));
     for (const Unit& known : units) {
-        if (unit != known.name) continue;
+        if (withSmallLetters(unit) != known.name) continue;
         if (number > std::numeric_limits<std::uint64_t>::max() / known.factor) return std::nullopt;
         return number * known.factor;
     }
@@ -64,6 +106,8 @@ auto checkedBy(Parser parser, const std::string& what) {
 void addFlags(CLI::App& app, Options& options) {
     app.add_flag("--json", options.json, "Print JSON instead of text");
     app.add_flag("--changes-only", options.changesOnly, "Leave out what is the same on both sides");
+    app.add_flag("--geometry", options.geometry,
+                 "Print the 3D comparison alone, with what happened to the faces of each body");
     const std::map<std::string, Colour> colours = {
         {"auto", Colour::Auto}, {"always", Colour::Always}, {"never", Colour::Never}};
     app.add_option("--color", options.colour,
@@ -87,6 +131,24 @@ void addLimits(CLI::App& app, Options& options) {
            "Time that each helper may take (default: 30m)")
         ->check(CLI::Validator(checkedBy(parseDuration, "a time such as 90s, 10m or 2h"), ""))
         ->option_text("TIME");
+}
+
+void addTolerance(CLI::App& app, const char* name, const char* unit, const char* what,
+                  double& target) {
+    app.add_option_function<std::string>(
+           name, [&](const std::string& text) { target = parseTolerance(text).value_or(0.0); },
+           what)
+        ->check(CLI::Validator(checkedBy(parseTolerance, "a number above 0 such as 0.01"), ""))
+        ->option_text(unit);
+}
+
+void addTolerances(CLI::App& app, Options& options) {
+    addTolerance(app, "--tolerance", "MM",
+                 "Points closer than this are one in the 3D comparison (default: 0.001)",
+                 options.lengthToleranceMm);
+    addTolerance(app, "--angle-tolerance", "DEG",
+                 "Faces that turned by less point the same way (default: 0.05)",
+                 options.angleToleranceDeg);
 }
 
 void addOutcome(CLI::App& app, Options& options) {
@@ -116,10 +178,10 @@ std::string asError(const std::string& text) {
 
 std::optional<std::uint64_t> parseSize(const std::string& text) {
     constexpr Unit units[] = {{"", 1},
-                              {"K", std::uint64_t{1} << 10},
-                              {"M", std::uint64_t{1} << 20},
-                              {"G", std::uint64_t{1} << 30},
-                              {"T", std::uint64_t{1} << 40}};
+                              {"k", std::uint64_t{1} << 10},
+                              {"m", std::uint64_t{1} << 20},
+                              {"g", std::uint64_t{1} << 30},
+                              {"t", std::uint64_t{1} << 40}};
     return parseWithUnit(text, units);
 }
 
@@ -130,6 +192,14 @@ std::optional<std::uint32_t> parseDuration(const std::string& text) {
         return std::nullopt;
     }
     return static_cast<std::uint32_t>(*milliseconds);
+}
+
+std::optional<double> parseTolerance(const std::string& text) {
+    double value = 0.0;
+    const char* const end = text.data() + text.size();
+    const auto parsed = std::from_chars(text.data(), end, value, std::chars_format::fixed);
+    const bool number = parsed.ec == std::errc() && parsed.ptr == end && std::isfinite(value);
+    return number && value > 0.0 ? std::optional(value) : std::nullopt;
 }
 
 std::optional<ExitOn> parseExitOn(const std::string& list) {
@@ -153,7 +223,8 @@ std::optional<ExitOn> parseExitOn(const std::string& list) {
 }
 
 bool isKeepable(const std::string& path) {
-    return path.size() > 4 && (path.ends_with(".xbf") || path.ends_with(".glb"));
+    const std::string small = withSmallLetters(path);
+    return path.size() > 4 && (small.ends_with(".xbf") || small.ends_with(".glb"));
 }
 
 ParsedArguments parseArguments(int argc, const char* const* argv) {
@@ -162,6 +233,9 @@ ParsedArguments parseArguments(int argc, const char* const* argv) {
     CLI::App app(kDescription, "bextora");
     app.footer(kFooter);
     app.set_version_flag("--version", std::string("bextora ") + BEXTORA_VERSION);
+    app.add_flag_callback(
+        "--formats", [] { throw CLI::CallForVersion(formatTable(), 0); },
+        "List the file formats that are read and exit");
     app.add_option("REFERENCE", options.referencePath, "The file to compare with")
         ->required()
         ->option_text(" ");
@@ -169,6 +243,7 @@ ParsedArguments parseArguments(int argc, const char* const* argv) {
         ->required()
         ->option_text(" ");
     addFlags(app, options);
+    addTolerances(app, options);
     addOutcome(app, options);
     addLimits(app, options);
     try {
@@ -177,7 +252,8 @@ ParsedArguments parseArguments(int argc, const char* const* argv) {
     } catch (const CLI::CallForHelp&) {
         parsed.standardOutput = app.help() + "\n";
     } catch (const CLI::CallForVersion& version) {
-        parsed.standardOutput = std::string(version.what()) + "\n";
+        parsed.standardOutput = version.what();
+        if (!parsed.standardOutput.ends_with('\n')) parsed.standardOutput += '\n';
     } catch (const CLI::Error& error) {
         parsed.exitCode = exit_code::Trouble;
         parsed.standardError = asError(printable(std::string_view(error.what())));

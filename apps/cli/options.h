@@ -30,6 +30,9 @@ struct Options {
     std::string comparePath;
     bool json = false;
     bool changesOnly = false;
+    bool geometry = false;           ///< the 3D comparison alone, in full
+    double lengthToleranceMm = 0.0;  ///< 0: the comparer's default
+    double angleToleranceDeg = 0.0;  ///< 0: the comparer's default
     Colour colour = Colour::Auto;
     bool status = false;
     std::uint64_t memoryLimitBytes = 0;  ///< per helper; 0: the default
@@ -53,6 +56,9 @@ std::optional<std::uint64_t> parseSize(const std::string& text);
 
 /// "90", "90s", "10m", "2h": milliseconds. Empty for anything else, zero and what does not fit.
 std::optional<std::uint32_t> parseDuration(const std::string& text);
+
+/// A finite number above zero with a full stop for the point, "0.01". Empty for anything else.
+std::optional<double> parseTolerance(const std::string& text);
 
 /// Comma-separated words "structure", "geometry", "placement". Empty for any other word and for
 /// an empty list.

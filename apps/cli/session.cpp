@@ -74,9 +74,10 @@ int report(Run& run, const bxtsg::ProductStructureOutcome& structure,
 
     const bool colour = run.options.colour == Colour::Always ||
                         (run.options.colour == Colour::Auto && coloursAreWanted());
-    const std::string text = run.options.json
-                                 ? jsonReport(findings, run.options.changesOnly, run.options.exitOn)
-                                 : textReport(findings, {run.options.changesOnly, colour});
+    const std::string text =
+        run.options.json
+            ? jsonReport(findings, run.options.changesOnly, run.options.exitOn)
+            : textReport(findings, {run.options.changesOnly, colour, run.options.geometry});
     run.console.clearProgress();
     const bool kept = keepResult(run, document->path());
     if (!writeOutput(text)) {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string_view>
+#include <vector>
 
 #include "apps/cli/table.h"
 #include "apps/cli/text.h"
@@ -110,7 +112,7 @@ void append(std::string& text, const std::string& part) {
     text += part;
 }
 
-std::string changeOf(const GeometryInstance& instance) {
+std::string changeOf(const GeometryInstance& instance, bool withSummary) {
     const auto& before = instance.reference.identity;
     const auto& after = instance.compare.identity;
     std::string text;
@@ -120,8 +122,29 @@ std::string changeOf(const GeometryInstance& instance) {
         append(text, "faces " + std::to_string(before.faceCount) + " -> " +
                          std::to_string(after.faceCount));
     }
-    if (instance.hasFaceDifference) append(text, printable(instance.faces.summary));
+    if (withSummary) append(text, printable(instance.faces.summary));
     return text;
+}
+
+/// "12 faces unchanged, 3 changed; at most 0.050 mm apart", then what happened, line by line.
+std::vector<std::string> faceLines(const bxtexchange::FaceDifference& faces) {
+    std::string counts = std::to_string(faces.unchangedFaces) + " faces unchanged";
+    const auto add = [&](std::int32_t number, const char* what) {
+        if (number > 0) append(counts, std::to_string(number) + " " + what);
+    };
+    add(faces.changedFaces, "changed");
+    add(faces.addedFaces, "added");
+    add(faces.removedFaces, "removed");
+    std::vector<std::string> lines = {counts + "; at most " + decimal(faces.largestDeviationMm, 3) +
+                                      " mm apart"};
+    const std::string summary = printable(faces.summary);
+    constexpr std::string_view kBetween = "; ";
+    for (std::size_t from = 0; from < summary.size();) {
+        const std::size_t end = std::min(summary.find(kBetween, from), summary.size());
+        lines.push_back(summary.substr(from, end - from));
+        from = end + kBetween.size();
+    }
+    return lines;
 }
 
 /// "by 5.000 mm (3.000, 4.000, 0.000)"; empty when nothing of it can be seen.
@@ -138,10 +161,10 @@ std::string turnOf(const GeometryInstance& instance) {
     return angle == "0.00" ? std::string() : "turned by " + angle + " deg";
 }
 
-std::string detailOf(const GeometryInstance& instance) {
+std::string detailOf(const GeometryInstance& instance, bool withSummary) {
     std::string text;
     if (instance.state == GeometryState::Changed) {
-        append(text, changeOf(instance));
+        append(text, changeOf(instance, withSummary));
         // Another shape has another centroid, also where nothing was moved.
         const std::string shift = shiftOf(instance);
         append(text, shift.empty() ? shift : "centroid shifted " + shift);
@@ -176,9 +199,18 @@ std::string geometryReport(const bxtsg::SCGeometryResult& geometry,
         table.add({{stateWord(instance.state), paint},
                    {pathOf(instance), paint},
                    {matched ? evidenceWord(instance.evidence) : "", Paint::Faint},
-                   {detailOf(instance), Paint::None}});
+                   {detailOf(instance, !options.geometry), Paint::None}});
+        if (!options.geometry || !instance.hasFaceDifference) continue;
+        for (const std::string& line : faceLines(instance.faces)) {
+            table.add({{"", Paint::None},
+                       {"", Paint::None},
+                       {"", Paint::None},
+                       {"  " + line, Paint::None}});
+        }
     }
-    const std::string title = "\n3D comparison\n";
+    const std::string title =
+        options.geometry ? "3D comparison within " + shortest(geometry.lengthToleranceMm) + " mm\n"
+                         : "\n3D comparison\n";
     if (any) return title + table.text(options.colour);
     return title +
            (geometry.instances.empty() ? "  no bodies in either file\n" : "  no differences\n");
@@ -225,7 +257,8 @@ std::string summaryLine(const Counts& counts) {
 std::string textReport(const Findings& findings, const TextReportOptions& options) {
     std::string text = "Reference: " + printable(std::string_view(findings.referenceName)) +
                        "\nCompare:   " + printable(std::string_view(findings.compareName)) + "\n\n";
-    if (findings.structure) text += structureReport(*findings.structure, options);
+    if (findings.structure && !options.geometry)
+        text += structureReport(*findings.structure, options);
     if (findings.geometry) text += geometryReport(*findings.geometry, options);
     return text + notesReport(findings) + summaryLine(count(findings));
 }

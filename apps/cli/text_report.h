@@ -9,6 +9,7 @@ namespace cli {
 struct TextReportOptions {
     bool changesOnly = false;
     bool colour = false;
+    bool geometry = false;  ///< the 3D comparison alone, with lines for the faces of each body
 };
 
 /// The findings for a reader: the two trees side by side with the state of each node, what the

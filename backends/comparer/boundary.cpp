@@ -1,12 +1,8 @@
 #include "backends/comparer/boundary.h"
 
-#include <optional>
 #include <vector>
 
 #include <BRep_Tool.hxx>
-#include <Bnd_Box.hxx>
-#include <NCollection_UBTree.hxx>
-#include <NCollection_UBTreeFiller.hxx>
 #include <Standard_Failure.hxx>
 #include <TopExp.hxx>
 #include <TopExp_Explorer.hxx>
@@ -15,70 +11,14 @@
 #include <TopTools_MapOfShape.hxx>
 #include <TopoDS.hxx>
 
-#include "backends/comparer/boundary_parts.h"
+#include "backends/comparer/part_index.h"
 
 namespace comparer {
 namespace {
 
-using BoxTree = NCollection_UBTree<int, Bnd_Box>;
-
-/// Goes through the parts whose boxes hold a point until one of them says yes.
-template <typename Question>
-class Search : public BoxTree::Selector {
-public:
-    Search(const gp_Pnt& point, Question question) : point_(point), question_(question) {}
-
-    Standard_Boolean Reject(const Bnd_Box& box) const override { return box.IsOut(point_); }
-    Standard_Boolean Accept(const int& number) override {
-        found_ = question_(static_cast<std::size_t>(number));
-        myStop = found_;
-        return found_;
-    }
-    bool found() const { return found_; }
-
-private:
-    gp_Pnt point_;
-    Question question_;
-    bool found_ = false;
-};
-
-/// The edges or the faces of a body.
 template <typename Part>
-class Parts {
-public:
-    std::vector<Part> list;
-
-    /// To be called when the list is complete.
-    void index(double toleranceMm) {
-        points_.resize(list.size());
-        NCollection_UBTreeFiller<int, Bnd_Box> filler(tree_);
-        for (std::size_t i = 0; i < list.size(); ++i) {
-            Bnd_Box box = list[i].box();
-            box.Enlarge(2.0 * toleranceMm);
-            filler.Add(static_cast<int>(i), box);
-        }
-        filler.Fill();
-    }
-
-    const std::vector<BoundaryPoint>& pointsOf(std::size_t i) {
-        if (!points_[i]) points_[i] = list[i].points();
-        return *points_[i];
-    }
-
-    bool anyNear(const BoundaryPoint& sample, double toleranceMm) const {
-        const auto question = [&](std::size_t i) { return list[i].isNear(sample, toleranceMm); };
-        Search<decltype(question)> search(sample.point, question);
-        tree_.Select(search);
-        return search.found();
-    }
-
-private:
-    std::vector<std::optional<std::vector<BoundaryPoint>>> points_;  // made when asked for
-    BoxTree tree_;
-};
-
-template <typename Part>
-bool covers(const Parts<Part>& own, Parts<Part>& other, const gp_Trsf& motion, double toleranceMm) {
+bool covers(const PartIndex<Part>& own, PartIndex<Part>& other, const gp_Trsf& motion,
+            double toleranceMm) {
     for (std::size_t i = 0; i < other.list.size(); ++i) {
         for (BoundaryPoint sample : other.pointsOf(i)) {
             sample.point.Transform(motion);
@@ -120,8 +60,8 @@ public:
     }
 
     double toleranceMm = 0.0;
-    Parts<BoundaryEdge> edges;
-    Parts<BoundaryFace> faces;
+    PartIndex<BoundaryEdge> edges;
+    PartIndex<BoundaryFace> faces;
 };
 
 Boundary::Boundary(const TopoDS_Shape& shape, double toleranceMm) {

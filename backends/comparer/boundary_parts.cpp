@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 #include <BRepBndLib.hxx>
 #include <BRepTools.hxx>
@@ -132,33 +133,51 @@ double BoundaryEdge::clamped(double parameter) const {
     return std::clamp(parameter, first_, last_);
 }
 
+double BoundaryEdge::circleParameter(const gp_Pnt& point) const {
+    const double full = 2.0 * M_PI;
+    const double u =
+        ElCLib::InPeriod(ElCLib::Parameter(curve_.Circle(), point), first_, first_ + full);
+    if (u <= last_) return u;
+    return u - last_ < first_ + full - u ? last_ : first_;
+}
+
 bool BoundaryEdge::isNear(const BoundaryPoint& sample, double bareToleranceMm) const {
     const gp_Pnt& point = sample.point;
     const double toleranceMm = withSlack(bareToleranceMm, sample.slackMm + slackMm_);
-    if (curve_.GetType() == GeomAbs_Line) {
-        const double u = clamped(ElCLib::Parameter(curve_.Line(), point));
-        return curve_.Value(u).Distance(point) <= toleranceMm;
-    }
+    if (curve_.GetType() == GeomAbs_Line) return distanceMm(point) <= toleranceMm;
     if (sample.u >= first_ && sample.u <= last_ &&
         curve_.Value(sample.u).Distance(point) <= toleranceMm) {
         return true;
     }
-    if (curve_.GetType() == GeomAbs_Circle) {
-        const double full = 2.0 * M_PI;
-        double u = ElCLib::Parameter(curve_.Circle(), point);
-        u = ElCLib::InPeriod(u, first_, first_ + full);
-        if (u > last_) u = u - last_ < first_ + full - u ? last_ : first_;
-        return curve_.Value(u).Distance(point) <= toleranceMm;
-    }
+    if (curve_.GetType() == GeomAbs_Circle) return distanceMm(point) <= toleranceMm;
     return searchNear(point, toleranceMm);
 }
 
-bool BoundaryEdge::searchNear(const gp_Pnt& point, double toleranceMm) const {
+double BoundaryEdge::distanceMm(const gp_Pnt& point) const {
+    if (curve_.GetType() == GeomAbs_Line) {
+        const double u = clamped(ElCLib::Parameter(curve_.Line(), point));
+        return curve_.Value(u).Distance(point);
+    }
+    if (curve_.GetType() == GeomAbs_Circle) {
+        return curve_.Value(circleParameter(point)).Distance(point);
+    }
+    double least = std::numeric_limits<double>::max();
+    for (const BoundaryPoint* start : nearestOf(raster(), point)) {
+        least = std::min(least, curve_.Value(refined(point, start->u)).Distance(point));
+    }
+    return least;
+}
+
+const std::vector<BoundaryPoint>& BoundaryEdge::raster() const {
     if (raster_.empty()) {
         raster_ = points();
         for (const double u : {first_, last_}) raster_.push_back({curve_.Value(u), u, 0.0, 0.0});
     }
-    for (const BoundaryPoint* start : nearestOf(raster_, point)) {
+    return raster_;
+}
+
+bool BoundaryEdge::searchNear(const gp_Pnt& point, double toleranceMm) const {
+    for (const BoundaryPoint* start : nearestOf(raster(), point)) {
         if (curve_.Value(refined(point, start->u)).Distance(point) <= toleranceMm) return true;
     }
     return false;
@@ -215,28 +234,66 @@ std::vector<BoundaryPoint> BoundaryFace::points() const {
 }
 
 bool BoundaryFace::counts(const BoundaryPoint& sample) const {
-    constexpr double kSameParameter = 1e-9;
     // Next to the edges it depends on their accuracy whether a point is inside.
     constexpr double kRimShare = 0.01;
-    if (!inside_) inside_ = std::make_unique<BRepTopAdaptor_FClass2d>(face_, kSameParameter);
     const gp_Pnt2d point(sample.u, sample.v);
     const double rim = kRimShare * std::min(u1_ - u0_, v1_ - v0_);
-    return inside_->Perform(point) == TopAbs_IN &&
-           inside_->TestOnRestriction(point, rim) == TopAbs_IN;
+    return inside().Perform(point) == TopAbs_IN &&
+           inside().TestOnRestriction(point, rim) == TopAbs_IN;
+}
+
+const BRepTopAdaptor_FClass2d& BoundaryFace::inside() const {
+    constexpr double kSameParameter = 1e-9;
+    if (!inside_) inside_ = std::make_unique<BRepTopAdaptor_FClass2d>(face_, kSameParameter);
+    return *inside_;
+}
+
+std::optional<BoundaryPoint> BoundaryFace::pointAt(double u, double v) const {
+    if (inside().Perform(gp_Pnt2d(u, v)) != TopAbs_IN) return std::nullopt;
+    return BoundaryPoint{surface_.Value(u, v), u, v, 0.0};
+}
+
+bool BoundaryFace::nearestParameters(const gp_Pnt& point, double& u, double& v) const {
+    switch (surface_.GetType()) {
+        case GeomAbs_Plane: ElSLib::Parameters(surface_.Plane(), point, u, v); return true;
+        case GeomAbs_Cylinder: ElSLib::Parameters(surface_.Cylinder(), point, u, v); return true;
+        case GeomAbs_Cone: ElSLib::Parameters(surface_.Cone(), point, u, v); return true;
+        case GeomAbs_Sphere: ElSLib::Parameters(surface_.Sphere(), point, u, v); return true;
+        case GeomAbs_Torus: ElSLib::Parameters(surface_.Torus(), point, u, v); return true;
+        default: return false;
+    }
 }
 
 std::optional<gp_Pnt> BoundaryFace::nearestOfElementary(const gp_Pnt& point) const {
     double u = 0.0;
     double v = 0.0;
-    switch (surface_.GetType()) {
-        case GeomAbs_Plane: ElSLib::Parameters(surface_.Plane(), point, u, v); break;
-        case GeomAbs_Cylinder: ElSLib::Parameters(surface_.Cylinder(), point, u, v); break;
-        case GeomAbs_Cone: ElSLib::Parameters(surface_.Cone(), point, u, v); break;
-        case GeomAbs_Sphere: ElSLib::Parameters(surface_.Sphere(), point, u, v); break;
-        case GeomAbs_Torus: ElSLib::Parameters(surface_.Torus(), point, u, v); break;
-        default: return std::nullopt;
-    }
+    if (!nearestParameters(point, u, v)) return std::nullopt;
     return surface_.Value(u, v);
+}
+
+std::optional<BoundaryPoint> BoundaryFace::footOf(const gp_Pnt& point) const {
+    std::optional<BoundaryPoint> best;
+    const auto offer = [&](double u, double v) {
+        const auto foot = pointAt(u, v);
+        if (!foot) return;
+        if (!best || foot->point.Distance(point) < best->point.Distance(point)) best = foot;
+    };
+    double u = 0.0;
+    double v = 0.0;
+    if (!nearestParameters(point, u, v)) {
+        for (const BoundaryPoint* start : nearestOf(raster(), point)) {
+            const BoundaryPoint end = refined(point, *start, 0.0);
+            offer(end.u, end.v);
+        }
+        return best;
+    }
+    offer(u, v);
+    if (best) return best;
+    // The far side of a round surface may be within the edges when the near side is not.
+    if (surface_.GetType() == GeomAbs_Cylinder) offer(u + M_PI, v);
+    if (surface_.GetType() == GeomAbs_Sphere) offer(u + M_PI, -v);
+    if (surface_.GetType() == GeomAbs_Torus) offer(u, v + M_PI);
+    return best;
 }
 
 bool BoundaryFace::isNear(const BoundaryPoint& sample, double toleranceMm) const {
@@ -249,32 +306,40 @@ bool BoundaryFace::isNear(const BoundaryPoint& sample, double toleranceMm) const
     return searchNear(point, toleranceMm);
 }
 
-bool BoundaryFace::searchNear(const gp_Pnt& point, double toleranceMm) const {
-    if (raster_.empty()) {
-        Spans raster = spans(kPerSpan);
-        for (const double u : {u0_, u1_}) raster.u.push_back(u);
-        for (const double v : {v0_, v1_}) raster.v.push_back(v);
-        for (const double u : raster.u) {
-            for (const double v : raster.v) raster_.push_back({surface_.Value(u, v), u, v, 0.0});
-        }
+const std::vector<BoundaryPoint>& BoundaryFace::raster() const {
+    if (!raster_.empty()) return raster_;
+    Spans ends = spans(kPerSpan);
+    for (const double u : {u0_, u1_}) ends.u.push_back(u);
+    for (const double v : {v0_, v1_}) ends.v.push_back(v);
+    for (const double u : ends.u) {
+        for (const double v : ends.v) raster_.push_back({surface_.Value(u, v), u, v, 0.0});
     }
-    for (const BoundaryPoint* start : nearestOf(raster_, point)) {
-        if (refinedDistance(point, *start, toleranceMm) <= toleranceMm) return true;
+    return raster_;
+}
+
+bool BoundaryFace::searchNear(const gp_Pnt& point, double toleranceMm) const {
+    for (const BoundaryPoint* start : nearestOf(raster(), point)) {
+        if (refined(point, *start, toleranceMm).point.Distance(point) <= toleranceMm) return true;
     }
     return false;
 }
 
-double BoundaryFace::refinedDistance(const gp_Pnt& point, const BoundaryPoint& start,
-                                     double toleranceMm) const {
+BoundaryPoint BoundaryFace::refined(const gp_Pnt& point, const BoundaryPoint& start,
+                                    double toleranceMm) const {
+    BoundaryPoint best = start;
+    double least = start.point.Distance(point);
     double u = start.u;
     double v = start.v;
-    double distance = start.point.Distance(point);
-    for (int step = 0; step < kMostSteps && distance > toleranceMm; ++step) {
+    for (int step = 0; step < kMostSteps && least > toleranceMm; ++step) {
         gp_Pnt here;
         gp_Vec alongU;
         gp_Vec alongV;
         surface_.D1(u, v, here, alongU, alongV);
-        distance = here.Distance(point);
+        const double distance = here.Distance(point);
+        if (distance <= least) {
+            least = distance;
+            best = {here, u, v, 0.0};
+        }
         // The step that least squares take, held back a little where the surface is pinched.
         const gp_Vec way(here, point);
         const double a = alongU.SquareMagnitude() * (1.0 + 1e-9) + 1e-18;
@@ -286,11 +351,13 @@ double BoundaryFace::refinedDistance(const gp_Pnt& point, const BoundaryPoint& s
         const double dv = (a * alongV.Dot(way) - b * alongU.Dot(way)) / determinant;
         const double nextU = std::clamp(u + du, u0_, u1_);
         const double nextV = std::clamp(v + dv, v0_, v1_);
-        if (nextU == u && nextV == v) break;
+        if (nextU == u && nextV == v) return best;
         u = nextU;
         v = nextV;
     }
-    return std::min(distance, surface_.Value(u, v).Distance(point));
+    const gp_Pnt last = surface_.Value(u, v);
+    if (last.Distance(point) < least) best = {last, u, v, 0.0};
+    return best;
 }
 
 }  // namespace comparer

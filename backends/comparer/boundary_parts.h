@@ -38,9 +38,17 @@ public:
     /// the same form, this one has it there too, and no search is needed.
     bool isNear(const BoundaryPoint& sample, double toleranceMm) const;
 
+    /// Distance of a point, in millimetres.
+    double distanceMm(const gp_Pnt& point) const;
+    gp_Pnt value(double parameter) const { return curve_.Value(parameter); }
+    double firstParameter() const { return first_; }
+    double lastParameter() const { return last_; }
+
 private:
     std::vector<double> spans() const;
     double clamped(double parameter) const;
+    const std::vector<BoundaryPoint>& raster() const;
+    double circleParameter(const gp_Pnt& point) const;
     bool searchNear(const gp_Pnt& point, double toleranceMm) const;
     double refined(const gp_Pnt& point, double start) const;
 
@@ -64,6 +72,15 @@ public:
     bool counts(const BoundaryPoint& sample) const;
     bool isNear(const BoundaryPoint& sample, double toleranceMm) const;
 
+    /// The nearest point of the face off its edges; empty when it is nearer at them.
+    std::optional<BoundaryPoint> footOf(const gp_Pnt& point) const;
+    /// The point of the surface there when it lies within the edges.
+    std::optional<BoundaryPoint> pointAt(double u, double v) const;
+    double firstU() const { return u0_; }
+    double lastU() const { return u1_; }
+    double firstV() const { return v0_; }
+    double lastV() const { return v1_; }
+
 private:
     struct Spans {
         std::vector<double> u;
@@ -71,10 +88,14 @@ private:
     };
 
     Spans spans(int perSpan) const;
+    bool nearestParameters(const gp_Pnt& point, double& u, double& v) const;
     std::optional<gp_Pnt> nearestOfElementary(const gp_Pnt& point) const;
     bool searchNear(const gp_Pnt& point, double toleranceMm) const;
-    double refinedDistance(const gp_Pnt& point, const BoundaryPoint& start,
-                           double toleranceMm) const;
+    const std::vector<BoundaryPoint>& raster() const;
+    /// From a point of the raster to one that is nearer; stops within the tolerance.
+    BoundaryPoint refined(const gp_Pnt& point, const BoundaryPoint& start,
+                          double toleranceMm) const;
+    const BRepTopAdaptor_FClass2d& inside() const;
 
     TopoDS_Face face_;
     BRepAdaptor_Surface surface_;

@@ -1,5 +1,6 @@
 #include "backends/comparer/body_classes.h"
 #include "backends/comparer/comparer.h"
+#include "backends/comparer/face_report.h"
 #include "backends/comparer/helper_support.h"
 #include "backends/comparer/instances.h"
 #include "backends/comparer/matching.h"
@@ -27,11 +28,12 @@ std::optional<Task> taskFrom(const std::vector<std::string>& arguments) {
     };
     const auto length = parsePositive(text("length-tolerance"));
     const auto relative = parsePositive(text("relative-tolerance"));
+    const auto angle = parsePositive(text("angle-tolerance"));
     Task task{text("reference"), text("compare"), text("out"), {}};
     const bool complete =
         !task.referenceFolder.empty() && !task.compareFolder.empty() && !task.out.empty();
-    if (!complete || !length || !relative) return std::nullopt;
-    task.tolerances = {*length, *relative};
+    if (!complete || !length || !relative || !angle) return std::nullopt;
+    task.tolerances = {*length, *relative, *angle};
     return task;
 }
 
@@ -64,14 +66,17 @@ bool compare(const Task& task, Reporter& reporter) {
     reporter.progress(0.3, "measuring");
     BodyClasses classes(*reference, *other, task.tolerances);
     reporter.progress(0.6, "matching");
-    const std::vector<Match> matches =
+    std::vector<Match> matches =
         matchInstances(*reference, *other, names, classes, task.tolerances,
-                       [&](double part) { reporter.progress(0.6 + 0.2 * part, "matching"); });
-    reporter.progress(0.8, "writing");
+                       [&](double part) { reporter.progress(0.6 + 0.1 * part, "matching"); });
+    const FaceReport faces =
+        compareFaces(*reference, *other, task.tolerances, matches,
+                     [&](double part) { reporter.progress(0.7 + 0.2 * part, "comparing faces"); });
+    reporter.progress(0.9, "writing");
     const bxtsg::SCGeometryResult result =
-        buildResult(*reference, *other, names, matches, task.tolerances);
-    const std::string error =
-        writeResultDocument(buildScene(*reference, *other, names, matches), result, task.out);
+        buildResult(*reference, *other, names, matches, task.tolerances, faces);
+    const std::string error = writeResultDocument(
+        buildScene(*reference, *other, names, matches, faces), result, task.out);
     if (!error.empty()) {
         reporter.failure("unwritable", error);
         return false;

@@ -16,7 +16,7 @@ namespace comparer {
 /// worker thread, never after that worker was killed.
 struct Observer {
     /// `fraction` in [0, 1] never goes backwards; `phase` in plain words: "importing",
-    /// "reading", "measuring", "matching", "writing".
+    /// "reading", "measuring", "matching", "comparing faces", "writing".
     std::function<void(double fraction, const std::string& phase)> progress;
     /// A cause of failure, or what could not be compared: one UTF-8 sentence.
     std::function<void(const std::string& text)> log;
@@ -36,6 +36,10 @@ struct Options {
     double lengthToleranceMm = 1e-3;
     /// Relative differences of volumes, areas and moments below this are none.
     double relativeTolerance = 1e-5;
+    /// Planes and axes of faces that make a smaller angle point the same way, in degrees. 0.05 is
+    /// less than the tightest general tolerance for angles on drawings, five minutes of arc. It
+    /// tells faces apart that are too small for the length tolerance to see them turn.
+    double angleToleranceDeg = 0.05;
     Observer observer;
 };
 
@@ -48,7 +52,7 @@ bxtexchange::Services makeServices(std::shared_ptr<occt::ImportService> imports,
 /// Bodies of the helper's `compare` and `keep` commands. Both return the process's exit code, 0
 /// for success; a failure has been sent to the host by then.
 ///   compare --reference FOLDER --compare FOLDER --out FILE
-///           --length-tolerance MM --relative-tolerance NUMBER
+///           --length-tolerance MM --relative-tolerance NUMBER --angle-tolerance DEG
 ///   keep --result FILE --out FILE.glb
 /// The name of the command itself may stand first. `compare` sends the number of the comparer's
 /// status as the result "status" and writes FILE only when it is 0.

@@ -85,7 +85,8 @@ DocComparer::Answer DocComparer::compareFiles(const std::string& referencePath,
     const HelperOutcome outcome =
         runHelper({"compare", "--reference", reference, "--compare", compare, "--out", out,
                    "--length-tolerance", numberText(options_.lengthToleranceMm),
-                   "--relative-tolerance", numberText(options_.relativeTolerance)},
+                   "--relative-tolerance", numberText(options_.relativeTolerance),
+                   "--angle-tolerance", numberText(options_.angleToleranceDeg)},
                   {progress, [&](const std::string& text) { log(text); }});
     answer.killed = outcome.end == os::ProcessEnd::Killed;
     if (outcome.good) {

@@ -18,6 +18,7 @@
 #include <TDataStd_ByteArray.hxx>
 #include <TDataStd_Name.hxx>
 #include <TDocStd_Application.hxx>
+#include <TopExp_Explorer.hxx>
 #include <TopLoc_Location.hxx>
 #include <XCAFDoc_ColorTool.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
@@ -76,24 +77,47 @@ private:
         setName(component, group.name);
     }
 
-    /// A body gets one label per group: the label carries the colour, and a colour on the product
-    /// is the one that every reader understands. The geometry behind them is stored once.
+    /// A body gets one label per group and colouring: the label carries the colour, and a colour
+    /// on the product is the one that every reader understands. The geometry behind them is
+    /// stored once.
     TDF_Label bodyLabel(const SceneNode& node, const TDF_Label& color) {
-        const auto entry = bodies_.try_emplace(node.body);
+        const auto entry = bodies_.try_emplace({node.body, node.painting});
         if (entry.second) {
-            entry.first->second = shapes_->NewShape();
-            shapes_->SetShape(entry.first->second,
-                              scene_.bodies[node.body].Located(TopLoc_Location()));
-            setName(entry.first->second, node.name);
-            colors_->SetColor(entry.first->second, color, XCAFDoc_ColorSurf);
+            const TopoDS_Shape shape = scene_.bodies[node.body].Located(TopLoc_Location());
+            const TDF_Label label = shapes_->NewShape();
+            shapes_->SetShape(label, shape);
+            setName(label, node.name);
+            if (node.painting < 0) {
+                colors_->SetColor(label, color, XCAFDoc_ColorSurf);
+            } else {
+                paint(label, shape, scene_.paintings[static_cast<std::size_t>(node.painting)]);
+            }
+            entry.first->second = label;
         }
         return entry.first->second;
+    }
+
+    void paint(const TDF_Label& label, const TopoDS_Shape& shape, const FacePainting& painting) {
+        const Quantity_Color rest(painting.restRed, painting.restGreen, painting.restBlue,
+                                  Quantity_TOC_sRGB);
+        const Quantity_Color own(painting.red, painting.green, painting.blue, Quantity_TOC_sRGB);
+        colors_->SetColor(label, rest, XCAFDoc_ColorSurf);
+        const TDF_Label ownColor = colors_->AddColor(own);
+        std::uint32_t ordinal = 0;
+        auto next = painting.faces.begin();
+        for (TopExp_Explorer it(shape, TopAbs_FACE); it.More(); it.Next(), ++ordinal) {
+            if (next == painting.faces.end()) return;
+            if (ordinal != *next) continue;
+            ++next;
+            const TDF_Label face = shapes_->AddSubShape(label, it.Current());
+            if (!face.IsNull()) colors_->SetColor(face, ownColor, XCAFDoc_ColorSurf);
+        }
     }
 
     const Scene& scene_;
     Handle(XCAFDoc_ShapeTool) shapes_;
     Handle(XCAFDoc_ColorTool) colors_;
-    std::map<std::uint32_t, TDF_Label> bodies_;
+    std::map<std::pair<std::uint32_t, std::int32_t>, TDF_Label> bodies_;
 };
 
 void attachRows(const Handle(TDocStd_Document) & document, const std::string& rows) {

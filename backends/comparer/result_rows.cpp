@@ -220,7 +220,7 @@ private:
     GeometryInstance instance() {
         GeometryInstance row;
         row.state = enumeration(bxtexchange::GeometryState::NotCompared);
-        row.evidence = enumeration(bxtexchange::MatchEvidence::SamePlace);
+        row.evidence = enumeration(bxtexchange::MatchEvidence::Faces);
         const auto flags = in_.number<std::uint8_t>();
         row.ambiguous = (flags & 1U) != 0;
         row.hasFaceDifference = (flags & 2U) != 0;
@@ -274,8 +274,8 @@ GeometryInstanceSide describe(const Side& side, std::int32_t number, const Names
 }  // namespace
 
 bxtsg::SCGeometryResult buildResult(const Side& reference, const Side& compare, const Names& names,
-                                    const std::vector<Match>& matches,
-                                    const Tolerances& tolerances) {
+                                    const std::vector<Match>& matches, const Tolerances& tolerances,
+                                    const FaceReport& faces) {
     bxtsg::SCGeometryResult result;
     result.lengthToleranceMm = tolerances.lengthMm;
     result.relativeTolerance = tolerances.relative;
@@ -286,7 +286,8 @@ bxtsg::SCGeometryResult buildResult(const Side& reference, const Side& compare, 
         result.notes.push_back(L"Compare file: " + os::toWide(gap));
     }
     result.instances.reserve(matches.size());
-    for (const Match& match : matches) {
+    for (std::size_t i = 0; i < matches.size(); ++i) {
+        const Match& match = matches[i];
         GeometryInstance instance;
         instance.state = match.state;
         instance.evidence = match.evidence;
@@ -296,6 +297,11 @@ bxtsg::SCGeometryResult buildResult(const Side& reference, const Side& compare, 
         instance.rotationDeg = match.rotationDeg;
         instance.ambiguous = match.ambiguous;
         instance.note = os::toWide(match.note);
+        if (i < faces.ofMatch.size() && faces.ofMatch[i] != FaceReport::kNone) {
+            instance.hasFaceDifference = true;
+            instance.faces = faces.bodies[static_cast<std::size_t>(faces.ofMatch[i])].numbers;
+            instance.faces.summary = os::toWide(faces.summaries[i]);
+        }
         result.instances.push_back(std::move(instance));
     }
     return result;

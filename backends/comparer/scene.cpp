@@ -9,13 +9,20 @@ using bxtexchange::GeometryState;
 
 class SceneBuilder {
 public:
-    SceneBuilder(const Side& reference, const Side& compare, const Names& names)
+    SceneBuilder(const Side& reference, const Side& compare, const Names& names,
+                 const FaceReport& faces)
         : reference_(reference), compare_(compare), names_(names) {
+        for (const BodyDifference& body : faces.bodies) {
+            paint(body.referenceFaces, onlyInReference_);
+            paint(body.compareFaces, onlyInCompare_);
+        }
         for (const Body& body : reference.bodies) scene_.bodies.push_back(body.shape);
         for (const Body& body : compare.bodies) scene_.bodies.push_back(body.shape);
     }
 
-    void add(const Match& match) {
+    /// `difference` is the number of what is known of the faces, or FaceReport::kNone.
+    void add(const Match& match, std::int32_t difference) {
+        difference_ = difference;
         switch (match.state) {
             // Both files show the same there; the reference stands for both.
             case GeometryState::Unchanged: addReference(match, unchanged_); break;
@@ -52,31 +59,40 @@ private:
         return both;
     }
 
+    /// Faces that only one side has look like bodies that only one side has.
+    void paint(const std::vector<std::uint32_t>& faces, const SceneGroup& like) {
+        scene_.paintings.push_back({like.red, like.green, like.blue, unchanged_.red,
+                                    unchanged_.green, unchanged_.blue, faces});
+    }
+
     void addBoth(const Match& match, SceneGroup& both) {
         addReference(match, both.groups[0]);
         addCompare(match, both.groups[1]);
     }
     void addReference(const Match& match, SceneGroup& group) {
         if (match.reference == Match::kNone) return;
-        addNode(reference_, match.reference, 0, group);
+        addNode(reference_, match.reference, 0, 0, group);
     }
     void addCompare(const Match& match, SceneGroup& group) {
         if (match.compare == Match::kNone) return;
-        addNode(compare_, match.compare, reference_.bodies.size(), group);
+        addNode(compare_, match.compare, reference_.bodies.size(), 1, group);
     }
-    void addNode(const Side& side, std::int32_t number, std::size_t firstBody, SceneGroup& group) {
+    void addNode(const Side& side, std::int32_t number, std::size_t firstBody, std::int32_t second,
+                 SceneGroup& group) {
         const Instance& instance = side.instances[static_cast<std::size_t>(number)];
         // A placement that scales is no placement to the documents that hold the scene.
         if (side.bodies[instance.body].shape.IsNull() || !instance.rigid) return;
         group.nodes.push_back({displayPath(side, instance, names_),
                                static_cast<std::uint32_t>(firstBody + instance.body),
-                               instance.placement});
+                               instance.placement,
+                               difference_ == FaceReport::kNone ? -1 : 2 * difference_ + second});
     }
 
     const Side& reference_;
     const Side& compare_;
     const Names& names_;
     Scene scene_;
+    std::int32_t difference_ = FaceReport::kNone;
     SceneGroup unchanged_ = group("Unchanged", 0.83, 0.83, 0.83);
     SceneGroup onlyInReference_ = group("Only in reference", 0.85, 0.15, 0.15);
     SceneGroup onlyInCompare_ = group("Only in compare", 0.15, 0.65, 0.25);
@@ -91,9 +107,11 @@ private:
 }  // namespace
 
 Scene buildScene(const Side& reference, const Side& compare, const Names& names,
-                 const std::vector<Match>& matches) {
-    SceneBuilder builder(reference, compare, names);
-    for (const Match& match : matches) builder.add(match);
+                 const std::vector<Match>& matches, const FaceReport& faces) {
+    SceneBuilder builder(reference, compare, names, faces);
+    for (std::size_t i = 0; i < matches.size(); ++i) {
+        builder.add(matches[i], i < faces.ofMatch.size() ? faces.ofMatch[i] : FaceReport::kNone);
+    }
     return builder.finish();
 }
 

@@ -37,6 +37,7 @@ enum class MatchEvidence : std::int32_t {
     IdenticalContent = 1,  ///< the same definition to the last byte, at the same place
     Identity = 2,          ///< equal geometric identity
     SamePlace = 3,         ///< different geometry under the same name or at the same place
+    Faces = 4,             ///< as SamePlace, but all faces agree: written differently, but equal
 };
 
 /// One side of a compared instance.
@@ -49,14 +50,16 @@ struct GeometryInstanceSide {
     std::array<double, 12> placement = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0};
 };
 
-/// Face-level difference of a changed body. Empty until the comparer looks at faces.
+/// Face-level difference of a changed body. Faces that touch and lie on one surface count as one:
+/// systems split them differently.
 struct FaceDifference {
     std::int32_t unchangedFaces = 0;
     std::int32_t changedFaces = 0;
     std::int32_t addedFaces = 0;
     std::int32_t removedFaces = 0;
+    /// Largest distance of a point of a face that differs from the other body, either way.
     double largestDeviationMm = 0.0;
-    std::wstring summary;
+    std::wstring summary;  ///< what happened, in English, without numbers of unchanged faces
 };
 
 struct GeometryInstance {
