@@ -151,7 +151,10 @@ bool isClosed(std::span<const Triangle> triangles, std::size_t pointCount) {
     // Sides stand at their smaller point: where each point's begin, then the other ends.
     std::vector<std::uint32_t> begin(pointCount + 1);
     for (const Triangle& t : triangles) {
-        for (std::size_t i = 0; i < 3; ++i) ++begin[std::min(t[i], t[(i + 1) % 3]) + 1];
+        for (std::size_t i = 0; i < 3; ++i) {
+            const auto [low, high] = std::minmax(t[i], t[(i + 1) % 3]);
+            if (low != high) ++begin[low + 1];
+        }
     }
     std::partial_sum(begin.begin(), begin.end(), begin.begin());
     std::vector<std::uint32_t> fill(begin.begin(), begin.end() - 1);
@@ -159,7 +162,7 @@ bool isClosed(std::span<const Triangle> triangles, std::size_t pointCount) {
     for (const Triangle& t : triangles) {
         for (std::size_t i = 0; i < 3; ++i) {
             const auto [low, high] = std::minmax(t[i], t[(i + 1) % 3]);
-            other[fill[low]++] = high;
+            if (low != high) other[fill[low]++] = high;
         }
     }
     for (std::size_t point = 0; point < pointCount; ++point) {
@@ -172,7 +175,7 @@ bool isClosed(std::span<const Triangle> triangles, std::size_t pointCount) {
             if (!pair) return false;
         }
     }
-    return true;
+    return begin.back() > 0;
 }
 
 }  // namespace mesh

@@ -40,8 +40,9 @@ struct LeftOut {
 std::vector<Body> splitBodies(Soup soup, LeftOut& leftOut);
 constexpr std::size_t kMostPieces = 4096;
 
-/// True when every side of every triangle meets exactly one other triangle. A body without
-/// triangles is open. `pointCount` is above every corner.
+/// True when every side of every triangle meets exactly one other triangle. A side between two
+/// corners in one point is none. A body without triangles is open. `pointCount` is above every
+/// corner.
 bool isClosed(std::span<const Triangle> triangles, std::size_t pointCount);
 
 }  // namespace mesh

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <map>
-#include <tuple>
 #include <vector>
 
 #include <BRepAdaptor_Surface.hxx>
@@ -24,6 +22,9 @@
 #include <TopoDS_Face.hxx>
 #include <gp_Trsf.hxx>
 
+#include "backends/mesh/bodies.h"
+#include "backends/mesh/welder.h"
+
 namespace occt {
 namespace {
 
@@ -32,45 +33,35 @@ bool isMeshFace(const TopoDS_Face& face) {
     return BRep_Tool::Surface(face, location).IsNull();
 }
 
-/// Sides of triangles by position: several faces of one mesh share corners, not node numbers.
+/// Triangles of all faces, joined by position: several faces of one mesh share corners, not node
+/// numbers.
 class MeshSides {
 public:
     void add(const TopoDS_Face& face) {
         TopLoc_Location location;
-        const Handle(Poly_Triangulation)& mesh = BRep_Tool::Triangulation(face, location);
-        if (mesh.IsNull()) return;
+        const Handle(Poly_Triangulation)& triangles = BRep_Tool::Triangulation(face, location);
+        if (triangles.IsNull()) return;
         std::vector<std::uint32_t> corner;
-        corner.reserve(static_cast<std::size_t>(mesh->NbNodes()));
-        for (Standard_Integer i = 1; i <= mesh->NbNodes(); ++i) {
-            corner.push_back(number(mesh->Node(i).Transformed(location.Transformation())));
+        corner.reserve(static_cast<std::size_t>(triangles->NbNodes()));
+        const gp_Trsf placement = location.Transformation();
+        for (Standard_Integer i = 1; i <= triangles->NbNodes(); ++i) {
+            const gp_Pnt point = triangles->Node(i).Transformed(placement);
+            corner.push_back(points_.number(point.X(), point.Y(), point.Z()));
         }
-        for (Standard_Integer i = 1; i <= mesh->NbTriangles(); ++i) {
+        for (Standard_Integer i = 1; i <= triangles->NbTriangles(); ++i) {
             Standard_Integer n[3];
-            mesh->Triangle(i).Get(n[0], n[1], n[2]);
-            for (int side = 0; side < 3; ++side) {
-                addSide(corner[static_cast<std::size_t>(n[side] - 1)],
-                        corner[static_cast<std::size_t>(n[(side + 1) % 3] - 1)]);
-            }
+            triangles->Triangle(i).Get(n[0], n[1], n[2]);
+            triangles_.push_back({corner[static_cast<std::size_t>(n[0] - 1)],
+                                  corner[static_cast<std::size_t>(n[1] - 1)],
+                                  corner[static_cast<std::size_t>(n[2] - 1)]});
         }
     }
 
-    bool closed() const {
-        return !uses_.empty() && std::all_of(uses_.begin(), uses_.end(),
-                                             [](const auto& entry) { return entry.second == 2; });
-    }
+    bool closed() const { return mesh::isClosed(triangles_, points_.points().size()); }
 
 private:
-    std::uint32_t number(const gp_Pnt& point) {
-        const auto fresh = static_cast<std::uint32_t>(numbers_.size());
-        return numbers_.try_emplace({point.X(), point.Y(), point.Z()}, fresh).first->second;
-    }
-    void addSide(std::uint32_t from, std::uint32_t to) {
-        // A triangle that was squeezed to a line has no side of its own there.
-        if (from != to) ++uses_[{std::min(from, to), std::max(from, to)}];
-    }
-
-    std::map<std::tuple<double, double, double>, std::uint32_t> numbers_;
-    std::map<std::pair<std::uint32_t, std::uint32_t>, int> uses_;
+    mesh::Welder<double> points_{0};
+    std::vector<mesh::Triangle> triangles_;
 };
 
 /// The body where it can be measured well. Moments of a small body far from the origin would be

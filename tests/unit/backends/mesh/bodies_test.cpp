@@ -152,6 +152,12 @@ TEST(MeshBodies, ClosedMeansTwoTrianglesAtEverySide) {
     twice.triangles.insert(twice.triangles.end(), body.triangles.begin(), body.triangles.end());
     EXPECT_FALSE(meshtest::isClosed(twice)) << "four triangles at each side";
     EXPECT_FALSE(mesh::isClosed({}, 5));
+    // A triangle that was squeezed to a line counts with the two sides that it has left.
+    Body squeezed = body;
+    squeezed.triangles.push_back({1, 1, 2});
+    EXPECT_FALSE(meshtest::isClosed(squeezed));
+    const std::vector<mesh::Triangle> point = {{1, 1, 1}};
+    EXPECT_FALSE(mesh::isClosed(point, 3));
 }
 
 TEST(MeshPolygon, ConvexPolygonsBecomeFans) {
