@@ -35,7 +35,7 @@ Drawn drawn(const std::vector<Record>& records) {
         if (record.keyword == "STYLED_ITEM" && record.values.size() == 2) {
             out.styles = &record.at(0);
             out.item = record.reference(1);
-        } else if (record.at(1).isList() && record.at(2).isReference()) {
+        } else if (record.values.size() >= 3 && record.at(1).isList()) {
             out.styles = &record.at(1);
             out.item = record.reference(2);
         }

@@ -105,6 +105,11 @@ TEST(StepPmi, ColoursComeFromTheAnnotation) {
     const auto named = pmiOf(size + annotation + "#45=DRAUGHTING_PRE_DEFINED_COLOUR('cyan');");
     EXPECT_EQ(*named.at(0).color, (std::array<float, 3>{0, 1, 1}));
     EXPECT_FALSE(pmiOf(size).at(0).color);
+    EXPECT_TRUE(pmiOf(size + "#40=DRAUGHTING_MODEL_ITEM_ASSOCIATION('','',#30,#99,#41);"
+                             "#41=ANNOTATION_OCCURRENCE('',(#42),$);#42=COLOUR_RGB('',0.,1.,0.);")
+                    .at(0)
+                    .color)
+        << "styled, but nothing is drawn";
     EXPECT_FALSE(pmiOf(size + annotation + "#45=CURVE_STYLE('',#41,#42,#44);").at(0).color)
         << "a circle of styles";
 }
