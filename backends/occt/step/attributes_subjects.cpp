@@ -39,6 +39,11 @@ MetadataValues* AttributeSubjects::listOf(std::uint64_t subject) {
     return nullptr;
 }
 
+MetadataValues* AttributeSubjects::listOfAspect(std::uint64_t aspect) {
+    const auto record = file_.read(aspect, "SHAPE_ASPECT");
+    return record ? listOf(record->reference(2)) : nullptr;
+}
+
 std::vector<MetadataValues*> AttributeSubjects::listsOf(std::uint64_t subject) {
     if (MetadataValues* const list = listOf(subject)) return {list};
     std::vector<MetadataValues*> lists;

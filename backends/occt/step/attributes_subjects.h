@@ -18,7 +18,10 @@ public:
     /// List of a definition, a usage, or the shape of one; null for any other entity.
     MetadataValues* listOf(std::uint64_t subject);
 
-    /// The same, and for a product or version the lists of all of its definitions. Empty where
+    /// List of the product whose shape the aspect is a part of; null for any other entity.
+    MetadataValues* listOfAspect(std::uint64_t aspect);
+
+    /// listOf(), and for a product or version the lists of all of its definitions. Empty where
     /// a product has more of them than a reader would want to see it repeated.
     std::vector<MetadataValues*> listsOf(std::uint64_t subject);
 

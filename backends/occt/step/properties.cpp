@@ -102,6 +102,14 @@ std::string derivedUnit(const Part21& file, std::uint64_t unit) {
     return text;
 }
 
+/// A number as a text; empty for any other value.
+std::string numberOf(const Held& value) {
+    if (const auto* real = std::get_if<double>(&value)) return numberText(*real);
+    if (const auto* whole = std::get_if<std::int32_t>(&value)) return std::to_string(*whole);
+    if (const auto* count = std::get_if<std::uint32_t>(&value)) return std::to_string(*count);
+    return {};
+}
+
 std::size_t bytesOf(const PropertyItem& item) {
     const auto* const text = std::get_if<std::string>(&item.value);
     return 16 + item.name.size() + (text != nullptr ? text->size() : 0);
@@ -156,12 +164,33 @@ void PropertyReader::addTo(AttributeSubjects& subjects) {
     for (const Link& link : links) {
         const auto record = file_.read(link.property, "PROPERTY_DEFINITION");
         if (!record || isAboutOthers(record->text(0))) continue;
-        const auto lists = subjects.listsOf(record->reference(2));
+        auto lists = subjects.listsOf(record->reference(2));
+        if (lists.empty() && isMaterial(record->text(0))) {
+            addMaterial(*record, link.representation, subjects);
+            continue;
+        }
         const Content* const content = lists.empty() ? nullptr : contentOf(link.representation);
         if (content == nullptr) continue;
         const MetadataValues values = valuesOf(link.property, *record, *content);
         for (MetadataValues* const list : lists) {
             list->insert(list->end(), values.begin(), values.end());
+        }
+    }
+}
+
+/// Some writers give the material to each body. It is the part's, and named once.
+void PropertyReader::addMaterial(const Record& record, std::uint64_t representation,
+                                 AttributeSubjects& subjects) {
+    MetadataValues* const list = subjects.listOfAspect(record.reference(2));
+    const Content* const content = list != nullptr ? contentOf(representation) : nullptr;
+    if (content == nullptr) return;
+    for (const PropertyItem& item : content->items) {
+        if (item.isPoint) continue;
+        HPS::MetadataValue value = materialValue(item);
+        const auto* const text = std::get_if<std::string>(&value.value);
+        const std::string shown = text != nullptr ? *text : numberOf(value.value);
+        if (materials_[list].insert({value.name, shown}).second) {
+            list->push_back(std::move(value));
         }
     }
 }

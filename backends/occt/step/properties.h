@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "backends/occt/step/attributes_subjects.h"
@@ -38,6 +40,8 @@ private:
     };
 
     void linkNames();
+    void addMaterial(const Record& record, std::uint64_t representation,
+                     AttributeSubjects& subjects);
     const Content* contentOf(std::uint64_t representation);
     std::optional<PropertyItem> item(std::uint64_t id) const;
     const std::string& unitText(std::uint64_t unit) const;
@@ -48,6 +52,9 @@ private:
     const Part21& file_;
     std::unordered_map<std::uint64_t, std::string> names_;  ///< by property
     std::unordered_map<std::uint64_t, Content> contents_;
+    /// Materials of bodies that a list has already.
+    std::unordered_map<const MetadataValues*, std::set<std::pair<std::string, std::string>>>
+        materials_;
     mutable std::unordered_map<std::uint64_t, std::string> units_;
 };
 

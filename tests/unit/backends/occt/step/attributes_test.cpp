@@ -1,5 +1,7 @@
 #include "backends/occt/step/attributes.h"
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 #include "tests/unit/backends/occt/step/attribute_texts.h"
@@ -72,6 +74,40 @@ TEST(StepAttributes, IdentifiersThatProgramsMadeUpAreLeftOut) {
         "#3=PRODUCT_DEFINITION('','',#2,$);");
     EXPECT_EQ(shown(readAttributes(step.file, readProducts(step.file)).products.at(0)),
               (Texts{"Product ID='0F8FAD5B-D9CB-469F-A165-7086772895'"}));
+}
+
+TEST(StepAttributes, ExportsAMinuteApartDifferInFileNameAndTimeStampAlone) {
+    const auto exported = [](const std::string& minute, const std::string& uuid) {
+        const std::string text =
+            "ISO-10303-21;HEADER;FILE_DESCRIPTION(('a'),'2;1');FILE_NAME('gear" + minute +
+            ".step','2024-01-01T00:" + minute +
+            ":00',('A'),('O'),'p','s','');FILE_SCHEMA(('AP203'));ENDSEC;DATA;" + kContexts +
+            "#10=PRODUCT('" + uuid +
+            "','part','',());#11=PRODUCT_DEFINITION_FORMATION('1','',#10);"
+            "#12=PRODUCT_DEFINITION('','',#11,$);#80=DATE_AND_TIME(#81,#82);"
+            "#81=CALENDAR_DATE(2024,1,1);#82=LOCAL_TIME(0," +
+            minute +
+            ",17.,$);"
+            "#83=DATE_TIME_ROLE('creation_date');"
+            "#84=CC_DESIGN_DATE_AND_TIME_ASSIGNMENT(#80,#83,(#12));"
+            "ENDSEC;END-ISO-10303-21;";
+        const occt::step::Part21 file(text);
+        const Attributes all = readAttributes(file, readProducts(file));
+        Texts out = shown(all.file);
+        for (const auto& product : all.products) {
+            for (const std::string& value : shown(product)) out.push_back(value);
+        }
+        return out;
+    };
+    const Texts first = exported("03", "0f8fad5b-d9cb-469f-a165-70867728950e");
+    const Texts second = exported("04", "7c9e6679-7425-40de-944b-e07fc1f90ae7");
+    ASSERT_EQ(first.size(), second.size());
+    Texts different;
+    for (std::size_t i = 0; i < first.size(); ++i) {
+        if (first[i] != second[i]) different.push_back(first[i].substr(0, first[i].find('=')));
+    }
+    EXPECT_EQ(different, (Texts{"Header File Name", "Header Time Stamp"}));
+    EXPECT_NE(std::find(first.begin(), first.end(), "Creation Date='2024-01-01'"), first.end());
 }
 
 TEST(StepAttributes, ControlCharactersBecomeBlanks) {

@@ -97,6 +97,18 @@ TEST(StepProperties, MaterialsAreNamedByTheirItem) {
               (Texts{"Thermal Expansion Coefficient='2.5 mm'"}));
 }
 
+TEST(StepProperties, TheMaterialOfEachBodyIsThePartsAndNamedOnce) {
+    EXPECT_EQ(attributesOfPart("#30=SHAPE_ASPECT('','first body',#13,.F.);"
+                               "#31=SHAPE_ASPECT('','second body',#13,.F.);" +
+                               property(50, 30, "material property", "#60,#61") +
+                               property(53, 31, "material_property", "#60,#61") +
+                               property(56, 31, "Of the body", "#60") +
+                               "#60=DESCRIPTIVE_REPRESENTATION_ITEM('STEEL','');"
+                               "#61=MEASURE_REPRESENTATION_ITEM('density measure',"
+                               "POSITIVE_RATIO_MEASURE(7850.),$);"),
+              (Texts{"Density=7850r", "Material='STEEL'"}));
+}
+
 TEST(StepProperties, PropertiesOfVersionsAndProductsHoldForTheirDefinitions) {
     EXPECT_EQ(attributesOfPart(property(50, 11, "Of the version", "#60") +
                                property(53, 10, "Of the product", "#60") +
