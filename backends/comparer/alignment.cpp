@@ -12,30 +12,29 @@
 namespace comparer {
 namespace {
 
-constexpr std::size_t kMostLandmarks = 12;
-constexpr int kMostTries = 40;
+constexpr std::size_t kMostLandmarks = 27;
+constexpr int kMostTries = 200;
+/// Faces that more others look like tell nothing.
+constexpr std::size_t kMostTwins = 3;
 
 /// What a patch looks like wherever it stands.
 using Look = std::tuple<int, std::int64_t, std::int64_t>;
 
 Look lookOf(const Patch& patch) {
     const auto step = [](double value) {
-        return value > 0.0 ? std::llround(std::log(value) * 1e4) : 0;
+        return value > 0.0 ? std::llround(std::log(value) * 1e3) : 0;
     };
     return {static_cast<int>(patch.carrier.kind), step(patch.areaMm2), step(patch.perimeterMm)};
 }
 
-/// Numbers of the patches that no other one looks like.
-std::map<Look, std::uint32_t> uniqueOnes(const FaceSet& set) {
-    std::map<Look, std::uint32_t> unique;
-    std::map<Look, int> count;
+/// Numbers of the patches by their looks, but for those that many others look like.
+std::map<Look, std::vector<std::uint32_t>> rareOnes(const FaceSet& set) {
+    std::map<Look, std::vector<std::uint32_t>> rare;
     for (std::uint32_t i = 0; i < set.patches().size(); ++i) {
-        const Look look = lookOf(set.patches()[i]);
-        unique[look] = i;
-        ++count[look];
+        rare[lookOf(set.patches()[i])].push_back(i);
     }
-    std::erase_if(unique, [&](const auto& entry) { return count[entry.first] > 1; });
-    return unique;
+    std::erase_if(rare, [](const auto& entry) { return entry.second.size() > kMostTwins; });
+    return rare;
 }
 
 struct Landmark {
@@ -45,13 +44,17 @@ struct Landmark {
 };
 
 std::vector<Landmark> landmarks(const FaceSet& reference, const FaceSet& compare) {
-    const auto there = uniqueOnes(compare);
+    const auto there = rareOnes(compare);
     std::vector<Landmark> found;
-    for (const auto& [look, number] : uniqueOnes(reference)) {
-        const auto twin = there.find(look);
-        if (twin == there.end()) continue;
-        const Patch& patch = reference.patches()[number];
-        found.push_back({patch.centre, compare.patches()[twin->second].centre, patch.areaMm2});
+    for (const auto& [look, numbers] : rareOnes(reference)) {
+        const auto twins = there.find(look);
+        if (twins == there.end()) continue;
+        for (const std::uint32_t number : numbers) {
+            const Patch& patch = reference.patches()[number];
+            for (const std::uint32_t twin : twins->second) {
+                found.push_back({patch.centre, compare.patches()[twin].centre, patch.areaMm2});
+            }
+        }
     }
     std::stable_sort(found.begin(), found.end(),
                      [](const auto& a, const auto& b) { return a.areaMm2 > b.areaMm2; });
@@ -100,7 +103,7 @@ private:
                 const Patch& other = compare_.patches()[c];
                 if (other.carrier.kind != patch.carrier.kind) continue;
                 if (other.centre.Distance(place) > cellMm_) continue;
-                if (std::abs(other.areaMm2 - patch.areaMm2) <= 1e-3 * patch.areaMm2) return true;
+                if (std::abs(other.areaMm2 - patch.areaMm2) <= 1e-2 * patch.areaMm2) return true;
             }
         }
         return false;

@@ -16,7 +16,9 @@
 #include <TopExp.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopLoc_Location.hxx>
+#include <TopTools_DataMapOfShapeInteger.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
+#include <TopTools_MapIteratorOfMapOfShape.hxx>
 #include <TopTools_MapOfShape.hxx>
 #include <TopoDS.hxx>
 
@@ -112,6 +114,29 @@ bool sameSurface(const Handle(Geom_Surface) & a, const TopLoc_Location& atA,
     return true;
 }
 
+/// Edges where a closed surface meets itself. Another face may end there by chance, and then it is
+/// an edge like any other.
+TopTools_MapOfShape seamsOf(const std::vector<TopoDS_Face>& faces) {
+    TopTools_MapOfShape seams;
+    TopTools_DataMapOfShapeInteger user;
+    for (std::size_t f = 0; f < faces.size(); ++f) {
+        TopLoc_Location location;
+        const Handle(Geom_Surface)& surface = BRep_Tool::Surface(faces[f], location);
+        const auto number = static_cast<Standard_Integer>(f);
+        for (TopExp_Explorer it(faces[f], TopAbs_EDGE); it.More(); it.Next()) {
+            const TopoDS_Edge& edge = TopoDS::Edge(it.Current());
+            if (BRep_Tool::IsClosed(edge, surface, location)) seams.Add(edge);
+            if (!user.IsBound(edge)) user.Bind(edge, number);
+            if (user.Find(edge) != number) user.ChangeFind(edge) = -1;
+        }
+    }
+    TopTools_MapOfShape alone;
+    for (TopTools_MapIteratorOfMapOfShape it(seams); it.More(); it.Next()) {
+        if (user.Find(it.Key()) >= 0) alone.Add(it.Key());
+    }
+    return alone;
+}
+
 bool allOn(const Carrier& carrier, const std::vector<PatchSample>& own,
            const std::vector<PatchSample>& other, double toleranceMm) {
     if (own.empty() || other.empty()) return false;
@@ -172,15 +197,7 @@ void FaceSet::measureFaces(const TopoDS_Shape& shape, std::vector<Piece>& pieces
 void FaceSet::indexEdges(const TopoDS_Shape& shape) {
     TopTools_IndexedMapOfShape all;
     TopExp::MapShapes(shape, TopAbs_EDGE, all);
-    TopTools_MapOfShape seams;
-    for (const TopoDS_Face& face : faces_) {
-        TopLoc_Location location;
-        const Handle(Geom_Surface)& surface = BRep_Tool::Surface(face, location);
-        for (TopExp_Explorer it(face, TopAbs_EDGE); it.More(); it.Next()) {
-            const TopoDS_Edge& edge = TopoDS::Edge(it.Current());
-            if (BRep_Tool::IsClosed(edge, surface, location)) seams.Add(edge);
-        }
-    }
+    const TopTools_MapOfShape seams = seamsOf(faces_);
     std::vector<std::uint32_t> numbers(static_cast<std::size_t>(all.Extent()) + 1, kNoEdge);
     for (Standard_Integer i = 1; i <= all.Extent(); ++i) {
         const TopoDS_Edge& edge = TopoDS::Edge(all(i));

@@ -91,6 +91,7 @@ TEST(CliFindings, WordsOfStates) {
     EXPECT_STREQ(cli::stateWord(77), "same");
     EXPECT_STREQ(cli::stateWord(bxtexchange::GeometryState::NotCompared), "not compared");
     EXPECT_STREQ(cli::evidenceWord(bxtexchange::MatchEvidence::SamePlace), "same place");
+    EXPECT_STREQ(cli::evidenceWord(bxtexchange::MatchEvidence::Faces), "same faces");
 }
 
 }  // namespace

@@ -117,7 +117,9 @@ TEST(CliOptions, SizesTakeUnitsAndRefuseEverythingElse) {
     EXPECT_EQ(cli::parseSize("4K"), 4096U);
     EXPECT_EQ(cli::parseSize("512M"), std::uint64_t{512} << 20);
     EXPECT_EQ(cli::parseSize("1T"), std::uint64_t{1} << 40);
-    for (const char* text : {"", "0", "G", "1.5G", "-1", " 1", "1 G", "1g", "99999999999999999999",
+    EXPECT_EQ(cli::parseSize("2g"), cli::parseSize("2G"));
+    EXPECT_EQ(cli::parseSize("3k"), 3072U);
+    for (const char* text : {"", "0", "G", "1.5G", "-1", " 1", "1 G", "1x", "99999999999999999999",
                              "99999999T", "1GB"}) {
         EXPECT_FALSE(cli::parseSize(text)) << text;
     }
@@ -136,9 +138,33 @@ TEST(CliOptions, DurationsTakeUnitsAndRefuseEverythingElse) {
 TEST(CliOptions, KeptResultsAreBinaryDocumentsOrGlb) {
     EXPECT_TRUE(cli::isKeepable("a.xbf"));
     EXPECT_TRUE(cli::isKeepable("dir/a.glb"));
-    for (const char* path : {"", ".glb", "a.GLB", "a.gltf", "a.step", "glb"}) {
+    EXPECT_TRUE(cli::isKeepable("a.GLB"));
+    for (const char* path : {"", ".glb", "a.gltf", "a.step", "glb"}) {
         EXPECT_FALSE(cli::isKeepable(path)) << path;
     }
+}
+
+TEST(CliOptions, TolerancesOfTheGeometryAreRead) {
+    const ParsedArguments parsed =
+        parse({"--geometry", "--tolerance", "0.01", "--angle-tolerance", "2", "a.stp", "b.stp"});
+    ASSERT_TRUE(parsed.options) << parsed.standardError;
+    EXPECT_TRUE(parsed.options->geometry);
+    EXPECT_EQ(parsed.options->lengthToleranceMm, 0.01);
+    EXPECT_EQ(parsed.options->angleToleranceDeg, 2.0);
+    const ParsedArguments bare = parse({"a.stp", "b.stp"});
+    ASSERT_TRUE(bare.options);
+    EXPECT_FALSE(bare.options->geometry);
+    EXPECT_EQ(bare.options->lengthToleranceMm, 0.0);
+    EXPECT_EQ(bare.options->angleToleranceDeg, 0.0);
+}
+
+TEST(CliOptions, TolerancesAreFiniteNumbersAboveZero) {
+    EXPECT_EQ(cli::parseTolerance("0.001"), 0.001);
+    EXPECT_EQ(cli::parseTolerance("25"), 25.0);
+    for (const char* wrong : {"", "0", "-1", "0,1", "1mm", "1e-3", "inf", "nan", " 1", "+1"}) {
+        EXPECT_FALSE(cli::parseTolerance(wrong)) << wrong;
+    }
+    EXPECT_EQ(parse({"--tolerance", "0", "a.stp", "b.stp"}).exitCode, cli::exit_code::Trouble);
 }
 
 }  // namespace

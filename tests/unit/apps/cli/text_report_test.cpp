@@ -126,4 +126,24 @@ TEST(CliTextReport, ShiftOfAChangedBodyIsThatOfItsCentroid) {
         << text;
 }
 
+TEST(CliTextReport, GeometryAloneTellsWhatHappenedToTheFaces) {
+    SampleFindings sample;
+    auto& changed = sample.geometry.instances[2];
+    changed.hasFaceDifference = true;
+    changed.faces = {12, 3, 0, 1, 0.05, L"1 planar face removed; 3 toroidal faces turned"};
+    sample.geometry.lengthToleranceMm = 0.001;
+    const std::string text = cli::textReport(sample.findings, {false, false, true});
+    EXPECT_EQ(text.find("Product structure"), std::string::npos);
+    EXPECT_NE(text.find("3D comparison within 0.001 mm\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("  12 faces unchanged, 3 changed, 1 removed; at most 0.050 mm apart\n"),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find("  1 planar face removed\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("  3 toroidal faces turned\n"), std::string::npos) << text;
+    // Without the option it stays one line per instance.
+    const std::string brief = cli::textReport(sample.findings, {});
+    EXPECT_NE(brief.find("1 planar face removed; 3 toroidal faces turned"), std::string::npos);
+    EXPECT_EQ(brief.find("faces unchanged"), std::string::npos);
+}
+
 }  // namespace

@@ -1,4 +1,6 @@
 #include <cmath>
+#include <cstdio>
+#include <map>
 #include <numbers>
 
 #include <gtest/gtest.h>
@@ -7,14 +9,20 @@
 #include <BRepPrimAPI_MakeCone.hxx>
 #include <BRepPrimAPI_MakeSphere.hxx>
 #include <BRepPrimAPI_MakeTorus.hxx>
+#include <Quantity_Color.hxx>
 #include <ShapeUpgrade_ShapeDivideAngle.hxx>
 #include <TopExp.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
 #include <TopoDS.hxx>
+#include <XCAFDoc_ColorTool.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
 
 #include "backends/comparer/body_classes.h"
 #include "backends/comparer/face_report.h"
 #include "backends/comparer/face_summary.h"
+#include "backends/comparer/result_document.h"
+#include "backends/comparer/result_rows.h"
 #include "tests/unit/backends/comparer/fake_model.h"
 #include "tests/unit/backends/comparer/shapes.h"
 
@@ -157,6 +165,15 @@ TEST(Faces, SplitAndFreeFormFacesDoNotHideAChange) {
     EXPECT_NEAR(outcome.numbers().largestDeviationMm, 0.05, 0.0005);
 }
 
+/// A ring half sunk into a plate meets it where the ring's own surface closes.
+TEST(Faces, FaceThatEndsAtTheSeamOfItsNeighbourHasThatEdge) {
+    const TopoDS_Shape ring = BRepPrimAPI_MakeTorus(gp_Ax2({30, 30, 10}, gp::DZ()), 9, 2).Solid();
+    const TopoDS_Shape plate =
+        shapes::onlySolid(BRepAlgoAPI_Fuse(shapes::plate(70, 30), ring).Shape());
+    EXPECT_EQ(compareShapes(plate, asNurbs(plate)).match.state, GeometryState::Unchanged);
+    EXPECT_EQ(compareShapes(asNurbs(plate), plate).match.state, GeometryState::Unchanged);
+}
+
 TEST(Faces, BodyBuiltElsewhereInItsPartIsAlignedFirst) {
     const gp_Trsf motion = shapes::at(300, -40, 7) * shapes::turnedZ(25);
     const Outcome outcome =
@@ -188,6 +205,63 @@ TEST(Faces, ShapesWithoutFacesStayChangedWithANote) {
     if (outcome.match.state == GeometryState::Changed) {
         EXPECT_EQ(outcome.match.note, "its faces could not be compared");
     }
+}
+
+/// How many faces have a colour of their own, by its channels that are on, and how many bodies.
+std::map<std::string, int> coloursOf(const comparer::ResultDocument& result) {
+    const auto colours = XCAFDoc_DocumentTool::ColorTool(result.document()->Main());
+    const auto tool = XCAFDoc_DocumentTool::ShapeTool(result.document()->Main());
+    std::map<std::string, int> count;
+    const auto add = [&](const std::string& what, const TDF_Label& label) {
+        Quantity_Color colour;
+        if (!colours->GetColor(label, XCAFDoc_ColorSurf, colour)) return;
+        const bool red = colour.Red() > 2.0 * colour.Green();
+        const bool green = colour.Green() > 2.0 * colour.Red();
+        ++count[what + (red ? " red" : green ? " green" : " neither")];
+    };
+    TDF_LabelSequence labels;
+    tool->GetShapes(labels);
+    for (Standard_Integer i = 1; i <= labels.Length(); ++i) {
+        if (!XCAFDoc_ShapeTool::IsSimpleShape(labels.Value(i))) continue;
+        add("body", labels.Value(i));
+        TDF_LabelSequence faces;
+        XCAFDoc_ShapeTool::GetSubShapes(labels.Value(i), faces);
+        for (Standard_Integer f = 1; f <= faces.Length(); ++f) add("face", faces.Value(f));
+    }
+    return count;
+}
+
+TEST(FaceColours, FacesOfOneSideAreRedOrGreenAndTheRestOfTheBodyIsNot) {
+    FakeModel reference;
+    FakeModel compare;
+    const gp_Trsf place = shapes::at(5, 6, 7);
+    reference.part(reference.top(), "Lid", shapes::plate(50, 30), place);
+    compare.part(compare.top(), "Lid", rounded(shapes::plate(50, 30), 2.0), place);
+    comparer::Names names;
+    const comparer::Side a = comparer::collectSide(reference, names);
+    const comparer::Side b = comparer::collectSide(compare, names);
+    const comparer::Tolerances tolerances;
+    comparer::BodyClasses classes(a, b, tolerances);
+    auto matches = comparer::matchInstances(a, b, names, classes, tolerances, [](double) {});
+    const FaceReport faces = comparer::compareFaces(a, b, tolerances, matches, [](double) {});
+    ASSERT_EQ(faces.bodies.size(), 1U);
+    const std::string path = testing::TempDir() + "face_colours.xbf";
+    ASSERT_EQ(comparer::writeResultDocument(
+                  comparer::buildScene(a, b, names, matches, faces),
+                  comparer::buildResult(a, b, names, matches, tolerances, faces), path),
+              "");
+    comparer::ResultDocument result;
+    std::string error;
+    ASSERT_TRUE(result.open(path, error)) << error;
+    const std::map<std::string, int> expected = {
+        {"body neither", 2}, {"face red", 4}, {"face green", 5}};
+    EXPECT_EQ(coloursOf(result), expected);
+    const auto rows = result.rows();
+    ASSERT_TRUE(rows);
+    EXPECT_TRUE(rows->instances.at(0).hasFaceDifference);
+    EXPECT_EQ(rows->instances.at(0).faces.addedFaces, 1);
+    EXPECT_FALSE(rows->instances.at(0).faces.summary.empty());
+    std::remove(path.c_str());
 }
 
 /// Samples of a face's surface the way that a free-form one is looked at.
