@@ -19,9 +19,6 @@ namespace {
 
 namespace Type = HPS::ComponentType;
 
-// A line that nobody reads to its end; texts of a megabyte exist.
-constexpr std::size_t kLongestText = 16'000;
-
 bool has(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
 }
@@ -48,13 +45,6 @@ std::uint32_t drawnType(const Annotation& annotation) {
     if (has(words, "weld")) return Type::PmiWeld;
     if (has(words, "note") || has(words, "text") || has(words, "label")) return Type::PmiNote;
     return Type::PmiAnnotation;
-}
-
-std::string cutText(std::string text) {
-    if (text.size() <= kLongestText) return text;
-    std::size_t end = kLongestText;
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
-    return text.substr(0, end) + sign::Range;
 }
 
 class PmiReader {
@@ -113,7 +103,7 @@ private:
     double unitMm(const Pmi& pmi) const { return products_.products[pmi.product].unitMm; }
 
     void add(Pmi pmi) {
-        pmi.text = cutText(std::move(pmi.text));
+        pmi.text = shortLine(pmi.text);
         out_.push_back(std::move(pmi));
     }
 

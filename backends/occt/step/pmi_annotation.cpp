@@ -55,7 +55,7 @@ std::string literal(const Part21& file, std::uint64_t item) {
     for (const Record& record : file.read(*instance)) {
         if (record.keyword.starts_with("TEXT_LITERAL") ||
             record.keyword == "DIMENSION_TEXT_ASSOCIATIVITY") {
-            addWord(out, oneLine(record.text(record.at(1).isText() ? 1 : 0)));
+            addWord(out, shortLine(record.text(record.at(1).isText() ? 1 : 0)));
         } else if (record.keyword == "DEFINED_SYMBOL") {
             const Instance* const symbol =
                 file.find(record.reference(record.values.size() > 2 ? 1 : 0));
@@ -77,7 +77,7 @@ std::string plainText(std::string_view text) {
         words += mark ? ' ' : text[at];
         at += mark ? 2 : 1;
     }
-    words = oneLine(words);
+    words = shortLine(words);
     // The first field says that a text follows.
     constexpr std::string_view first = "TXT ";
     return words.starts_with(first) ? words.substr(first.size()) : words;
@@ -235,12 +235,15 @@ const AnnotationReader::Drawing& AnnotationReader::drawing(std::uint64_t item) c
             std::vector<std::uint64_t> parts;
             collectReferences(record.at(record.values.size() - 1), parts);
             parts.resize(std::min(parts.size(), kMostContents));
-            for (const std::uint64_t part : parts) addWord(out.text, literal(file_, part));
+            for (const std::uint64_t part : parts) {
+                if (out.text.size() < kLongestLine) addWord(out.text, literal(file_, part));
+            }
         } else if (record.keyword == "DIMENSION_TEXT_ASSOCIATIVITY") {
             out.isDimensionText = true;
         }
     }
     addWord(out.text, literal(file_, item));
+    out.text = shortLine(out.text);
     return drawings_[item] = std::move(out);
 }
 
@@ -259,11 +262,14 @@ std::string AnnotationReader::partText(std::uint64_t annotation) const {
 std::string AnnotationReader::textOf(const std::vector<std::uint64_t>& annotations) const {
     std::string out;
     for (const std::uint64_t annotation : annotations) {
+        if (out.size() >= kLongestLine) break;
         addWord(out, partText(annotation));
         if (texts_.count(annotation) != 0) continue;
-        for (const std::uint64_t content : contentOf(annotation)) addWord(out, partText(content));
+        for (const std::uint64_t content : contentOf(annotation)) {
+            if (out.size() < kLongestLine) addWord(out, partText(content));
+        }
     }
-    return out;
+    return shortLine(out);
 }
 
 std::optional<Color> AnnotationReader::colorOf(

@@ -68,9 +68,9 @@ private:
         const auto text = file_.read(id, "DESCRIPTIVE_REPRESENTATION_ITEM");
         if (text && text->text(0) == "semantic text") {
             content.isNote = true;
-            addWord(content.text, oneLine(text->text(1)));
+            addWord(content.text, shortLine(text->text(1)));
         } else if (text && content.isFinish) {
-            if (saysMore(text->text(1))) addWord(content.text, oneLine(text->text(1)));
+            if (saysMore(text->text(1))) addWord(content.text, shortLine(text->text(1)));
         } else if (content.isFinish) {
             const auto measure = measures_.read(id);
             if (!measure) return;

@@ -150,6 +150,17 @@ std::size_t controlLength(std::string_view text, std::size_t at) {
     return next >= 0x80 && next <= 0xA0 ? 2 : 0;
 }
 
+/// oneLine() of the text, of `most` bytes at most before the sign that says that it was cut.
+std::string cut(std::string_view text, std::size_t most) {
+    // Behind what is cut off nothing has to be cleaned.
+    const std::size_t looked = 4 * most;
+    std::string out = oneLine(text.substr(0, looked));
+    if (out.size() <= most) return text.size() <= looked ? out : out + sign::Range;
+    std::size_t end = most;
+    while (end > 0 && isTail(out[end])) --end;
+    return out.substr(0, end) + sign::Range;
+}
+
 std::string written(double number, std::chars_format format, int precision) {
     // The largest double has 309 digits before the point.
     char buffer[400];
@@ -226,14 +237,12 @@ std::string oneLine(std::string_view text) {
     return out;
 }
 
+std::string shortLine(std::string_view text) {
+    return cut(text, kLongestLine);
+}
+
 std::string shortName(std::string_view text) {
-    // What is cut off needs no cleaning: a blank more or less in front of it makes no name.
-    constexpr std::size_t looked = 4 * kLongestName;
-    std::string out = oneLine(text.substr(0, looked));
-    if (out.size() <= kLongestName) return out;
-    std::size_t end = kLongestName;
-    while (end > 0 && isTail(out[end])) --end;
-    return out.substr(0, end) + sign::Range;
+    return cut(text, kLongestName);
 }
 
 bool saysMore(std::string_view name) {

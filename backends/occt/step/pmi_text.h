@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -37,6 +38,13 @@ std::string drawingNumber(double number, int decimals = -1);
 /// The text on one line: control characters and runs of blanks become one blank each, none at
 /// the ends.
 std::string oneLine(std::string_view text);
+
+/// Bytes that a line of PMI may have: nobody reads a longer one to its end, and many items may
+/// share a text of a megabyte.
+constexpr std::size_t kLongestLine = 16'000;
+
+/// oneLine(), cut between characters to the length that a line may have.
+std::string shortLine(std::string_view text);
 
 /// oneLine(), cut to the length that a name may have, between characters.
 std::string shortName(std::string_view text);
