@@ -22,6 +22,14 @@ std::string changeText(const std::string& what, double from, double to, const ch
     return what + " " + numberText(from) + " " + unit + " -> " + numberText(to) + " " + unit;
 }
 
+/// "along its normal" of one face, "along their normals" of several.
+std::string inNumber(std::string text, std::size_t count) {
+    const std::string one = "its normal";
+    const std::size_t at = text.find(one);
+    if (count > 1 && at != std::string::npos) text.replace(at, one.size(), "their normals");
+    return text;
+}
+
 /// What can be said of a pair; sentences that are alike are counted together.
 struct Sentence {
     SurfaceKind kind = SurfaceKind::Other;
@@ -49,7 +57,8 @@ public:
             const Sentence& sentence = sentences_[i];
             if (i > 0) all += "; ";
             all += std::to_string(sentence.count) + " " + kindWord(sentence.kind) +
-                   (sentence.count == 1 ? " face" : " faces") + sentence.joint + sentence.text;
+                   (sentence.count == 1 ? " face" : " faces") + sentence.joint +
+                   inNumber(sentence.text, sentence.count);
         }
         if (sentences_.size() > kMostSentences) all += "; and more";
         return all;

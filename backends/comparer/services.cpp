@@ -6,6 +6,7 @@
 #include "backends/comparer/result_document.h"
 #include "backends/occt/pmi_info.h"
 #include "platform/hps/component_type.h"
+#include "platform/os/services.h"
 #include "platform/os/utf8.h"
 
 namespace comparer {
@@ -53,10 +54,20 @@ std::wstring keepResult(const std::wstring& result, const std::wstring& target) 
     if (extension != ".glb") {
         return os::toWide("can't write " + to.string() + ": the result is kept as .xbf or .glb");
     }
+    // The helper is locked in a folder of its own; what the user named is for the host to write.
+    const auto& files = os::services().files;
+    const std::wstring folder = files ? files->makePrivateFolder(L"keep") : std::wstring();
+    if (folder.empty()) {
+        return os::toWide("can't write " + to.string() + ": no temporary folder can be made");
+    }
+    const std::filesystem::path made(os::toUtf8(folder) + "/result.glb");
     const HelperOutcome outcome =
-        runHelper({"keep", "--result", from.string(), "--out", to.string()}, {});
-    if (outcome.good) return {};
-    return os::toWide(outcome.cause.empty() ? "can't write " + to.string() : outcome.cause);
+        runHelper({"keep", "--result", from.string(), "--out", made.string()}, {});
+    std::string cause = outcome.good ? copyResult(made, to) : outcome.cause;
+    if (!outcome.good && cause.empty()) cause = "can't write " + to.string();
+    std::error_code ignored;
+    std::filesystem::remove_all(made.parent_path(), ignored);
+    return os::toWide(cause);
 }
 
 }  // namespace

@@ -191,7 +191,7 @@ Carrier Part::side(std::size_t number) const {
     const gp_Pnt2d& to = corners[(number + 1) % corners.size()];
     Carrier plane;
     plane.kind = SurfaceKind::Plane;
-    plane.origin = gp_Pnt(from.X(), from.Y(), 0.0);
+    plane.origin = gp_Pnt((from.X() + to.X()) / 2.0, (from.Y() + to.Y()) / 2.0, 0.0);
     plane.axis = gp_Dir(to.Y() - from.Y(), from.X() - to.X(), 0.0);
     return plane;
 }

@@ -34,7 +34,8 @@ struct Part {
     TopoDS_Shape build() const;
     comparer::Carrier top() const;
     comparer::Carrier bottom() const;
-    comparer::Carrier side(std::size_t number) const;  ///< from that corner to the next
+    /// From that corner to the next; the origin is the middle of its lower edge.
+    comparer::Carrier side(std::size_t number) const;
     comparer::Carrier wall(const Hole& hole) const;
     /// Interior angle at a corner, in radians.
     double angleAt(std::size_t corner) const;

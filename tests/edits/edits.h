@@ -38,8 +38,8 @@ enum class Kind {
 constexpr int kKinds = 18;
 const char* kindName(Kind kind);
 
-/// Which faces of the edited body differ, by the surfaces that they lie on; of the faces on one
-/// plane only the largest.
+/// Which faces of the edited body differ, by the surfaces that they lie on. Of several faces on one
+/// plane it is the largest if the plane is level, else the one nearest to the plane's origin.
 struct ChangedFaces {
     bool known = false;  ///< false: the faces are not scored
     bool all = false;

@@ -56,15 +56,17 @@ bool liesOn(const TopoDS_Face& face, const Carrier& carrier) {
     return true;
 }
 
-double areaOf(const TopoDS_Face& face) {
+/// How much a face is the one that a plane stands for, among those on it.
+double claimOf(const TopoDS_Face& face, const Carrier& plane) {
     GProp_GProps measured;
     BRepGProp::SurfaceProperties(face, measured);
-    return measured.Mass();
+    const bool level = std::abs(plane.axis.Z()) > 0.999;
+    return level ? measured.Mass() : 1.0 / (1.0 + measured.CentreOfMass().Distance(plane.origin));
 }
 
 FaceNumbers truthOf(const TopoDS_Shape& shape, const std::vector<Carrier>& changed, bool all) {
     FaceNumbers truth;
-    std::vector<std::pair<double, std::int64_t>> largest(changed.size(), {0.0, -1});
+    std::vector<std::pair<double, std::int64_t>> best(changed.size(), {0.0, -1});
     std::uint32_t number = 0;
     for (TopExp_Explorer it(shape, TopAbs_FACE); it.More(); it.Next(), ++number) {
         const TopoDS_Face& face = TopoDS::Face(it.Current());
@@ -74,11 +76,11 @@ FaceNumbers truthOf(const TopoDS_Shape& shape, const std::vector<Carrier>& chang
             if (changed[i].kind != SurfaceKind::Plane) {
                 truth.insert(number);
             } else {
-                largest[i] = std::max(largest[i], {areaOf(face), number});
+                best[i] = std::max(best[i], {claimOf(face, changed[i]), number});
             }
         }
     }
-    for (const auto& [area, face] : largest) {
+    for (const auto& [claim, face] : best) {
         if (face >= 0) truth.insert(static_cast<std::uint32_t>(face));
     }
     return truth;

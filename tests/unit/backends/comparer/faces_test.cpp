@@ -122,6 +122,15 @@ TEST(Faces, ThickerBoxMovedOneFaceAlongItsNormal) {
               "4 planar faces with another outline");
 }
 
+TEST(Faces, FacesThatMovedAlikeAreCountedInOneSentence) {
+    const TopoDS_Shape wide = shapes::baked(shapes::box(44, 30, 10), shapes::at(-2, 0, 0));
+    const Outcome outcome = compareShapes(shapes::box(40, 30, 10), wide);
+    expectCounts(outcome, 0, 6, 0, 0);
+    EXPECT_EQ(outcome.summary(),
+              "2 planar faces moved 2.0 mm along their normals; "
+              "4 planar faces with another outline");
+}
+
 TEST(Faces, FilletIsAnAddedFaceAsDeepAsItsCorner) {
     const TopoDS_Shape box = shapes::box(40, 30, 10);
     const Outcome outcome = compareShapes(box, rounded(box, 3.0));
