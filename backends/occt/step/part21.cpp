@@ -12,7 +12,7 @@ namespace {
 constexpr double kLargestCoordinate = 1e12;
 
 // Numbers up to so many times the count of instances count as dense.
-constexpr std::uint64_t kSparsest = 64;
+constexpr std::uint64_t kSparsest = 8;
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
