@@ -14,6 +14,6 @@ namespace mesh {
 /// nothing.
 void addPolygon(std::span<const std::uint32_t> corners, std::span<const Point> points,
                 std::vector<Triangle>& out);
-constexpr std::size_t kMostNotchedCorners = 256;
+constexpr std::size_t kMostNotchedCorners = 64;
 
 }  // namespace mesh

@@ -45,7 +45,10 @@ public:
         for (std::size_t at = query.hash & mask;; at = (at + 1) & mask) {
             const Slot slot = slots_[at];
             if (slot.number == 0) return insert(at, tag, query);
-            if (slot.tag == tag && points_[slot.number - 1] == query.point) return slot.number - 1;
+            // By bits: what is no number equals nothing, and many of them would lie in one heap.
+            const bool same = slot.tag == tag && std::memcmp(&points_[slot.number - 1],
+                                                             &query.point, sizeof(Key)) == 0;
+            if (same) return slot.number - 1;
         }
     }
 

@@ -54,6 +54,13 @@ TEST(MeshBodies, WelderKeepsNumbersWhileItGrows) {
     EXPECT_EQ(welder.points().size(), 10'000U);
 }
 
+TEST(MeshBodies, PointsThatAreNoNumbersAreOnePointToo) {
+    mesh::Welder<double> welder(0);
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(welder.number(none, 0.0, 0.0), 0U);
+    EXPECT_EQ(welder.number(none, 0.0, 0.0), 0U);
+}
+
 TEST(MeshBodies, PiecesThatShareNoPointAreBodies) {
     LeftOut leftOut;
     const auto bodies = mesh::splitBodies(twoTetrahedra(), leftOut);

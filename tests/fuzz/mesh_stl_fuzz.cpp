@@ -1,0 +1,13 @@
+// STL files, binary and text: what a scene must be, whatever the bytes.
+
+#include "tests/fuzz/fuzz.h"
+#include "tests/fuzz/mesh_checks.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    fuzz::readAnyMesh(mesh::Format::Stl, bytes);
+    fuzz::requireLinear(bytes, [](const std::string& grown) {
+        static_cast<void>(mesh::read(mesh::Format::Stl, grown, {}));
+    });
+    return 0;
+}
