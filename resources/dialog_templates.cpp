@@ -45,17 +45,39 @@ DialogTemplate compareFilesLayout() {
             }};
 }
 
+ui::DialogRect panelPlace(bool left, int top, int height) {
+    return {left ? 10 : 215, top, 195, height};
+}
+
 DialogTemplate resultsLayout() {
     using namespace results_dialog;
-    return {.id = 0,
-            .caption = L"Compare",
-            .font = kFont,
-            .width = 420,
-            .height = 260,
-            .controls = {
-                {kReferenceTree, ControlKind::Tree, {10, 74, 195, 158}, L""},
-                {kCompareTree, ControlKind::Tree, {215, 74, 195, 158}, L""},
-            }};
+    constexpr ui::DialogRect kAside{-500, -500, 10, 10};
+    DialogTemplate shape;
+    shape.caption = L"Compare";
+    shape.font = kFont;
+    shape.width = 420;
+    shape.height = 260;
+    shape.controls = {
+        {kSectionList, ControlKind::ListBox, kAside, L""},
+        {kAssemblyRadio, ControlKind::RadioButton, kAside, L""},
+        {kPartRadio, ControlKind::RadioButton, kAside, L""},
+        {kCopy, ControlKind::PushButton, {294, 240, 56, 14}, L"Copy"},
+        {kSave, ControlKind::PushButton, {354, 240, 56, 14}, L"Save"},
+        {kUnchanged, ControlKind::CheckBox, {345, 44, 65, 10}, L"Unchanged", false},
+    };
+    constexpr int kLists[] = {kReferenceBom, kReferenceAttributes, kReferencePmi,
+                              kReferenceFileInfo};
+    for (const int left : kLists) {
+        const auto add = [&shape](int id, ControlKind kind, const ui::DialogRect& place) {
+            shape.controls.push_back({id, kind, place, L""});
+        };
+        // Each list is followed by its partner and by the two labels over them.
+        add(left, ControlKind::List, panelPlace(true, 74, 158));
+        add(left + 1, ControlKind::List, panelPlace(false, 74, 158));
+        add(left + 2, ControlKind::StaticText, panelPlace(true, 60, 12));
+        add(left + 3, ControlKind::StaticText, panelPlace(false, 60, 12));
+    }
+    return shape;
 }
 
 }  // namespace

@@ -50,13 +50,66 @@ void UnifiedCompareDialog::BringToForeground() {
     if (HasWindow()) window_->bringToForeground();
 }
 
+void UnifiedCompareDialog::Place(const ui::PixelRect& place) {
+    if (HasWindow()) window_->placeWindow(place);
+}
+
+void UnifiedCompareDialog::SetBomData(const SectionRows& rows) {
+    data_.bom = rows;
+    PopulateBomList();
+}
+
+void UnifiedCompareDialog::SetAttributeData(const SectionRows& rows) {
+    data_.attributes = rows;
+    PopulateAttributeList();
+}
+
+void UnifiedCompareDialog::SetPartAttributeData(
+    const std::vector<extract::PartAttributes>& referenceParts,
+    const std::vector<extract::PartAttributes>& compareParts) {
+    data_.referenceParts = referenceParts;
+    data_.compareParts = compareParts;
+    if (!HasWindow()) return;
+    folding_.Rebuild(data_);
+    if (partLevel_) PopulateAttributeList();
+}
+
+void UnifiedCompareDialog::SetPmiData(const SectionRows& rows) {
+    data_.pmi = rows;
+    PopulatePmiList();
+}
+
+void UnifiedCompareDialog::SetFileInfoData(const SectionRows& rows) {
+    data_.fileInfo = rows;
+    PopulateFileInfoList();
+}
+
+void UnifiedCompareDialog::SetVolumeData(double referenceVolume, const std::wstring& referenceUnit,
+                                         double compareVolume, const std::wstring& compareUnit) {
+    data_.referenceVolume = referenceVolume;
+    data_.referenceUnit = referenceUnit;
+    data_.compareVolume = compareVolume;
+    data_.compareUnit = compareUnit;
+    PopulateFileInfoList();
+}
+
 void UnifiedCompareDialog::RefreshResults() {
     if (!HasWindow()) return;
+    LoadSectionList();
+    partLevel_ = false;
+    CheckRadios();
+    folding_.ForgetOpened();
+    folding_.Rebuild(data_);
     ReleaseOutcome();
     engine_.Reset();
     for (const int id : {control::kReferenceTree, control::kCompareTree}) {
         if (ui::TreeControl* tree = window_->tree(id)) tree->deleteAllItems();
     }
+    PopulateBomList();
+    PopulateAttributeList();
+    PopulatePmiList();
+    PopulateFileInfoList();
+    UpdateSectionCounts();
     ShowSection(ResultSection::FileInformation);
 }
 
@@ -70,24 +123,10 @@ void UnifiedCompareDialog::SetReportContext(std::shared_ptr<bxt::IDocument> docu
     compareModel_ = compareModel;
 }
 
-void UnifiedCompareDialog::ShowSection(ResultSection section) {
-    currentSection_ = section;
-    if (section != ResultSection::ProductStructure) return;
-    EnsureTrees();
-    PopulateTreePair();
-}
-
 void UnifiedCompareDialog::EnsureTrees() {
     const bool built = engine_.referenceRoot() || engine_.compareRoot();
     const bool nothingToBuild = referenceModel_.Empty() && compareModel_.Empty();
     if (!built && !nothingToBuild) engine_.BuildAndDiff(referenceModel_, compareModel_);
-}
-
-void UnifiedCompareDialog::PopulateTreePair() {
-    if (!HasWindow() || (!engine_.referenceRoot() && !engine_.compareRoot())) return;
-    ui::TreeControl* const left = window_->tree(control::kReferenceTree);
-    ui::TreeControl* const right = window_->tree(control::kCompareTree);
-    if (left && right && left->itemCount() == 0) engine_.PopulateTrees(*left, *right);
 }
 
 std::shared_ptr<CompareOutcome> UnifiedCompareDialog::MakeOutcome() {
@@ -105,17 +144,24 @@ void UnifiedCompareDialog::ReleaseOutcome() {
     outcome_.reset();
 }
 
-void UnifiedCompareDialog::onInitDialog() {
-    ShowSection(ResultSection::FileInformation);
-}
-
-ui::ItemColours UnifiedCompareDialog::onPaintItem(int treeId, const ui::TreeItemData& item) {
-    const bool ours = treeId == control::kReferenceTree || treeId == control::kCompareTree;
-    return ours ? diff::AssemblyDiffEngine::ColourForState(item) : ui::ItemColours();
-}
-
 void UnifiedCompareDialog::onCancel() {
     Hide();
+}
+
+bool UnifiedCompareDialog::onKeyDown(ui::Key key) {
+    if (key != ui::Key::Escape && key != ui::Key::Cancel) return false;
+    Hide();
+    return true;
+}
+
+void UnifiedCompareDialog::onClicked(int controlId) {
+    switch (controlId) {
+        case control::kSave: OnSaveResults(); break;
+        case control::kCopy: OnCopyResults(); break;
+        case control::kAssemblyRadio: SelectPartLevel(false); break;
+        case control::kPartRadio: SelectPartLevel(true); break;
+        default: break;
+    }
 }
 
 }  // namespace results

@@ -44,13 +44,7 @@ void List::fitColumn(std::size_t column) {
         if (column >= row.cells.size()) continue;
         widest = std::max(widest, metrics::textWidthPx(row.cells[column], ui::kNormalWeight));
     }
-    int width = widest + metrics::kCellPaddingPx;
-    if (column + 1 == columns_.size()) {
-        int rest = size_.width;
-        for (std::size_t other = 0; other < column; ++other) rest -= columns_[other].width;
-        width = std::max(width, rest);
-    }
-    setColumnWidthPx(column, width);
+    setColumnWidthPx(column, widest + metrics::kCellPaddingPx);
 }
 
 void List::deleteAllRows() {

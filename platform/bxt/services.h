@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,6 +26,8 @@ struct Services {
     std::wstring language = L"en";
     int dotsPerInch = 96;
     bool viewerForDrawings = false;
+    /// Category and action of a command that was used; empty in a host that does not count.
+    std::function<void(const std::wstring&, const std::wstring&)> commandEvent;
     /// Lower-case extensions with their dot that mean a drawing.
     std::vector<std::wstring> drawingExtensions = {L".dwg", L".dxf",  L".dwf", L".dwfx",
                                                    L".plt", L".hpgl", L".cgm"};

@@ -34,8 +34,7 @@ public:
     virtual std::size_t columnCount() const = 0;
     virtual int columnWidthPx(std::size_t column) const = 0;
     virtual void setColumnWidthPx(std::size_t column, int widthPx) = 0;
-    /// Makes a column as wide as its header and its widest text need; the last column also takes
-    /// what is left of the list's width.
+    /// Makes a column as wide as its header and its widest text need.
     virtual void fitColumn(std::size_t column) = 0;
 
     virtual void deleteAllRows() = 0;

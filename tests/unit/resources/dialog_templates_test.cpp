@@ -59,7 +59,14 @@ TEST(DialogTemplates, FilePairDialogHasItsFiveControls) {
     }
 }
 
-TEST(DialogTemplates, ResultsDialogHasItsTreePair) {
+const ui::ControlTemplate* controlOf(const ui::DialogTemplate& shape, int id) {
+    for (const ui::ControlTemplate& control : shape.controls) {
+        if (control.id == id) return &control;
+    }
+    return nullptr;
+}
+
+TEST(DialogTemplates, ResultsDialogHasItsControlsInEveryLanguage) {
     for (const int id : {1300, 1350, 1351, 1352, 1353, 1354, 1355, 1356}) {
         const auto shape = dialogTemplate(id);
         ASSERT_TRUE(shape);
@@ -67,10 +74,38 @@ TEST(DialogTemplates, ResultsDialogHasItsTreePair) {
         EXPECT_EQ(shape->caption, L"Compare");
         EXPECT_EQ(shape->width, 420);
         EXPECT_EQ(shape->height, 260);
-        ASSERT_EQ(shape->controls.size(), 2U);
-        expectControl(shape->controls[0], 1360, ControlKind::Tree, {10, 74, 195, 158}, L"");
-        expectControl(shape->controls[1], 1361, ControlKind::Tree, {215, 74, 195, 158}, L"");
+        ASSERT_EQ(shape->controls.size(), 22U);
+        expectControl(shape->controls[0], 1301, ControlKind::ListBox, {-500, -500, 10, 10}, L"");
+        expectControl(shape->controls[1], 1313, ControlKind::RadioButton, {-500, -500, 10, 10},
+                      L"");
+        expectControl(shape->controls[2], 1314, ControlKind::RadioButton, {-500, -500, 10, 10},
+                      L"");
+        expectControl(shape->controls[3], 1303, ControlKind::PushButton, {294, 240, 56, 14},
+                      L"Copy");
+        expectControl(shape->controls[4], 1302, ControlKind::PushButton, {354, 240, 56, 14},
+                      L"Save");
+        EXPECT_EQ(shape->controls[5].id, 1064);
+        EXPECT_EQ(shape->controls[5].text, L"Unchanged");
+        EXPECT_FALSE(shape->controls[5].visible);
+        EXPECT_EQ(shape->controls[5].place.x, 345);
+        EXPECT_EQ(shape->controls[5].place.y, 44);
     }
+}
+
+TEST(DialogTemplates, ResultsDialogHasFourPairsOfListsWithLabels) {
+    const auto shape = dialogTemplate(1300);
+    const std::pair<int, int> pairs[] = {{1305, 1307}, {1309, 1311}, {1315, 1317}, {1319, 1321}};
+    for (const auto& [list, label] : pairs) {
+        for (const int side : {0, 1}) {
+            const int x = side == 0 ? 10 : 215;
+            ASSERT_TRUE(controlOf(*shape, list + side) && controlOf(*shape, label + side));
+            expectControl(*controlOf(*shape, list + side), list + side, ControlKind::List,
+                          {x, 74, 195, 158}, L"");
+            expectControl(*controlOf(*shape, label + side), label + side, ControlKind::StaticText,
+                          {x, 60, 195, 12}, L"");
+        }
+    }
+    EXPECT_FALSE(controlOf(*shape, 1360));
 }
 
 TEST(DialogTemplates, UnknownTemplateIsEmpty) {
