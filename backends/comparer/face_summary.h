@@ -3,6 +3,7 @@
 #include <string>
 
 #include <gp_Trsf.hxx>
+#include <gp_Vec.hxx>
 
 #include "backends/comparer/face_matching.h"
 

@@ -232,6 +232,26 @@ std::optional<std::size_t> squareSide(const Part& part, Random& random) {
     return std::nullopt;
 }
 
+/// Of the faces on a side's plane, the one that is the side.
+TopoDS_Face faceOf(const TopoDS_Shape& shape, const Carrier& side) {
+    TopoDS_Face best;
+    double least = 0.0;
+    for (TopExp_Explorer it(shape, TopAbs_FACE); it.More(); it.Next()) {
+        const TopoDS_Face& face = TopoDS::Face(it.Current());
+        const auto carrier = comparer::elementaryCarrier(BRepAdaptor_Surface(face));
+        if (!carrier || carrier->kind != SurfaceKind::Plane) continue;
+        if (std::abs(carrier->axis.Dot(side.axis)) < 1.0 - 1e-12) continue;
+        if (side.distanceMm(carrier->origin) > 1e-9) continue;
+        GProp_GProps measured;
+        BRepGProp::SurfaceProperties(face, measured);
+        const double mm = measured.CentreOfMass().Distance(side.origin);
+        if (!best.IsNull() && mm >= least) continue;
+        best = face;
+        least = mm;
+    }
+    return best;
+}
+
 bool editDraft(Edit& edit, Random& random) {
     Part part = randomPart(random);
     auto side = squareSide(part, random);
@@ -242,15 +262,7 @@ bool editDraft(Edit& edit, Random& random) {
     const double angle = between(random, 0.2, 3.0) * std::numbers::pi / 180.0;
     const TopoDS_Shape before = part.build();
     const Carrier wall = part.side(*side);
-    TopoDS_Face face;
-    for (TopExp_Explorer it(before, TopAbs_FACE); it.More(); it.Next()) {
-        const BRepAdaptor_Surface surface(TopoDS::Face(it.Current()));
-        const auto carrier = comparer::elementaryCarrier(surface);
-        if (!carrier || carrier->kind != SurfaceKind::Plane) continue;
-        const bool same = std::abs(carrier->axis.Dot(wall.axis)) > 1.0 - 1e-12 &&
-                          wall.distanceMm(carrier->origin) < 1e-9;
-        if (same) face = TopoDS::Face(it.Current());
-    }
+    const TopoDS_Face face = faceOf(before, wall);
     if (face.IsNull()) return false;
     BRepOffsetAPI_DraftAngle draft(before);
     draft.Add(face, gp::DZ(), angle, gp_Pln(gp::Origin(), gp::DZ()));
