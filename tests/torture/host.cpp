@@ -95,7 +95,8 @@ private:
             if (bases_[i].kind == kind) ofKind.push_back(i);
         }
         Chance chance(settings_.seed + 0xBA5E, number);
-        return ofKind[chance.below(ofKind.size())];
+        // The first one is ours and sound; many of the real ones hold nothing to begin with.
+        return chance.oneIn(2) ? ofKind.front() : ofKind[chance.below(ofKind.size())];
     }
 
     void start(std::uint64_t number) {
