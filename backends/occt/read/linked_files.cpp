@@ -18,6 +18,7 @@
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 
+#include "backends/occt/read/item_names.h"
 #include "backends/occt/step/checks.h"
 #include "platform/hps/component_type.h"
 
@@ -267,6 +268,7 @@ private:
         to.usages = root.usages;
         // Construction geometry of the product's own stays.
         to.items.insert(to.items.end(), root.items.begin(), root.items.end());
+        makeUnique(to.items);
         to.pmi.insert(to.pmi.end(), root.pmi.begin(), root.pmi.end());
         to.unitMm = root.unitMm;
         to.unitName = root.unitName;
