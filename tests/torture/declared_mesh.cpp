@@ -154,17 +154,22 @@ Declared declaredInObj(const std::string& bytes) {
         const auto words = wordsOf(line.substr(0, line.find('#')));
         if (words.size() >= 4 && words[0] == "v") points.push_back(cornerOf(words));
         if (words.size() < 4 || words[0] != "f") continue;
-        std::set<Corner> distinct;
+        std::vector<Corner> corners;
         for (std::size_t i = 1; i < words.size(); ++i) {
             const auto index = static_cast<long long>(numberIn(words[i]));
             const long long at =
                 index < 0 ? static_cast<long long>(points.size()) + index : index - 1;
             // A corner that is not there counts as one of its own.
             const bool there = at >= 0 && at < static_cast<long long>(points.size());
-            distinct.insert(there ? points[static_cast<std::size_t>(at)]
-                                  : Corner{1e300, static_cast<double>(i), 0});
+            const Corner corner = there ? points[static_cast<std::size_t>(at)]
+                                        : Corner{1e300, static_cast<double>(i), 0};
+            if (corners.empty() || corners.back() != corner) corners.push_back(corner);
         }
-        if (distinct.size() >= 3) triangles += distinct.size() - 2;
+        if (corners.size() > 1 && corners.front() == corners.back()) corners.pop_back();
+        // A face that comes back to a corner is folded there: nothing says how much of it is flat.
+        const bool folded =
+            std::set<Corner>(corners.begin(), corners.end()).size() < corners.size();
+        if (corners.size() >= 3 && !folded) triangles += corners.size() - 2;
     }
     Declared declared;
     declared.triangles = triangles;

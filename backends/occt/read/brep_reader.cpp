@@ -11,9 +11,12 @@
 
 #include <BRepTools.hxx>
 #include <BRep_Builder.hxx>
+#include <BRep_Tool.hxx>
 #include <BinTools.hxx>
 #include <Standard_Failure.hxx>
 #include <Standard_OutOfMemory.hxx>
+#include <TopoDS.hxx>
+#include <TopoDS_Face.hxx>
 #include <TopoDS_Iterator.hxx>
 #include <TopoDS_TShape.hxx>
 
@@ -61,20 +64,69 @@ std::string lineOf(std::string_view bytes, std::size_t offset) {
     return "line " + std::to_string(1 + std::count(bytes.begin(), end, '\n'));
 }
 
-/// Distinct shapes below a shape, itself included.
-std::size_t countShapes(const TopoDS_Shape& root) {
+/// Distinct shapes of a file.
+struct ShapeCount {
+    std::size_t all = 0;
+    std::size_t faces = 0;
+    std::size_t emptyFaces = 0;  ///< with neither a surface nor triangles
+};
+
+bool isEmptyFace(const TopoDS_Shape& shape) {
+    TopLoc_Location location;
+    const TopoDS_Face& face = TopoDS::Face(shape);
+    return BRep_Tool::Surface(face, location).IsNull() &&
+           BRep_Tool::Triangulation(face, location).IsNull();
+}
+
+/// Counts a shape and what lies below it.
+ShapeCount countShapes(const TopoDS_Shape& root) {
+    ShapeCount count;
     std::unordered_set<const TopoDS_TShape*> known = {root.TShape().get()};
     std::vector<TopoDS_Shape> open = {root};
     while (!open.empty()) {
         const TopoDS_Shape shape = open.back();
         open.pop_back();
+        if (shape.ShapeType() == TopAbs_FACE) {
+            ++count.faces;
+            count.emptyFaces += isEmptyFace(shape) ? 1 : 0;
+        }
         for (TopoDS_Iterator child(shape); child.More(); child.Next()) {
             const TopoDS_Shape& below = child.Value();
             if (below.IsNull() || !known.insert(below.TShape().get()).second) continue;
             open.push_back(below);
         }
     }
-    return known.size();
+    count.all = known.size();
+    return count;
+}
+
+/// The shape as it comes back from a document. Numbers beyond sense survive in memory, but not the
+/// way to the host. Null when nothing comes back.
+TopoDS_Shape throughDocument(const TopoDS_Shape& shape) {
+    std::stringstream stream(std::ios::in | std::ios::out | std::ios::binary);
+    stream.imbue(std::locale::classic());
+    TopoDS_Shape back;
+    try {
+        BinTools::Write(shape, stream);
+        BinTools::Read(back, stream);
+    } catch (const Standard_OutOfMemory&) {
+        throw;
+    } catch (const Standard_Failure&) {
+        back.Nullify();
+    }
+    return back;
+}
+
+/// What the file announces and its shapes lack.
+void addGaps(const ShapeCount& found, std::uint64_t declared, std::vector<std::string>& gaps) {
+    if (found.all < declared) {
+        gaps.push_back(std::to_string(found.all) + " of " + std::to_string(declared) +
+                       " shapes were read.");
+    }
+    if (found.emptyFaces > 0) {
+        gaps.push_back(std::to_string(found.emptyFaces) + " of " + std::to_string(found.faces) +
+                       " faces have no surface that could be read.");
+    }
 }
 
 class BrepFile {
@@ -125,15 +177,15 @@ public:
         return damaged("its shapes cannot be read (reading went as far as " + where(offset) + ")");
     }
 
+    ImportCause damaged(const std::string& why) const {
+        return {"damaged", request_.name + " is damaged: " + why + "."};
+    }
+
     std::uint64_t declaredShapes() const { return sections_.back().count.value_or(0); }
 
 private:
     std::string where(std::size_t offset) const {
         return isBinary_ ? "byte " + std::to_string(offset) : lineOf(request_.bytes, offset);
-    }
-
-    ImportCause damaged(const std::string& why) const {
-        return {"damaged", request_.name + " is damaged: " + why + "."};
     }
 
     const ReadRequest& request_;
@@ -149,12 +201,9 @@ std::optional<ImportCause> readBrep(const ReadRequest& request, DescribedModel& 
     request.progress.beginPhase("reading", 0.85);
     TopoDS_Shape shape;
     if (auto cause = file.read(shape)) return cause;
-    const std::size_t found = countShapes(shape);
-    if (found < file.declaredShapes()) {
-        out.description.gaps.push_back(std::to_string(found) + " of " +
-                                       std::to_string(file.declaredShapes()) +
-                                       " shapes were read.");
-    }
+    const TopoDS_Shape kept = throughDocument(shape);
+    if (kept.IsNull()) return file.damaged("its shapes hold numbers that cannot be");
+    addGaps(countShapes(kept), file.declaredShapes(), out.description.gaps);
     DescribedDefinition part;
     part.name = "Part";
     const step::NamedUnit unit = step::namedUnit(1.0);

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include <Interface_Static.hxx>
+#include <STEPCAFControl_Controller.hxx>
 #include <STEPCAFControl_Reader.hxx>
 #include <STEPControl_Reader.hxx>
 #include <StepData_Protocol.hxx>
@@ -37,7 +38,9 @@ bool StepTranslation::run(BinaryDocument& document, ProgressReporter& progress,
     document_ = document.handle();
     prepare();
     XCAFDoc_ShapeTool::SetAutoNaming(Standard_False);
-    // Without products the library must look for shapes as such.
+    // Without products the library must look for shapes as such. It knows the parameter only once
+    // it is set up.
+    STEPCAFControl_Controller::Init();
     Interface_Static::SetIVal("read.step.product.mode", products_.products.empty() ? 0 : 1);
     progress.beginPhase("reading", 0.05);
     const auto cut = cutIntoPieces(file_, products_, pieceSize);

@@ -133,8 +133,30 @@ TEST_F(FormatsImport, BrepTextAndBrepBinaryGiveTheSameBodies) {
         EXPECT_EQ(names(got, Type::BrepModel), (Texts{"Body 1", "Body 2"}));
         EXPECT_EQ(names(got, Type::ProductOccurrence), Texts{"Part"});
     }
-    cutEverywhere(path("a.brep"), ".brep");
-    cutEverywhere(path("b.brep"), ".brep");
+}
+
+TEST_F(FormatsImport, BrepFacesWithoutASurfaceAreAGap) {
+    std::string text = support::readFile(writeBrep("a.brep", false));
+    // Faces that name no surface.
+    const std::size_t face = text.find("\nFa\n");
+    ASSERT_NE(face, text.npos);
+    // Flag, tolerance, surface, location.
+    std::size_t at = face + 4;
+    for (int word = 0; word < 2; ++word) {
+        at = text.find(' ', text.find_first_not_of(" \n", at));
+    }
+    at = text.find_first_not_of(' ', at);
+    const std::size_t end = text.find(' ', at);
+    ASSERT_NE(end, text.npos);
+    text.replace(at, end - at, "0");
+    const std::string file = scratch.write("planeless.brep", text);
+    const Imported got = import(file);
+    ASSERT_EQ(got.result, IOResult::Success) << got.cause.text;
+    bool said = false;
+    for (const std::string& gap : got.model->gaps()) {
+        said = said || gap.ends_with(" faces have no surface that could be read.");
+    }
+    EXPECT_TRUE(said);
 }
 
 TEST_F(FormatsImport, BrepCountsThatCannotBeAreRefused) {

@@ -113,7 +113,8 @@ TEST_F(ImportHelper, TwoImportsRunSideBySide) {
 TEST_F(ImportHelper, CausesOfFilesThatCantBeRead) {
     const std::string folder = scratch.path().string();
     const std::string empty = scratch.write("empty.step", "");
-    const std::string other = scratch.write("other.step", "solid cube\n");
+    const std::string other = scratch.write("other.step", "One cube, please.\n");
+    const std::string hollow = scratch.write("hollow.step", "solid cube\n");
     const std::string none =
         scratch.write("none.step", "ISO-10303-21;\nHEADER;\nENDSEC;\nDATA;\n#1=CIRCLE('',#2,\n");
     const std::string nothing = scratch.write(
@@ -134,6 +135,7 @@ TEST_F(ImportHelper, CausesOfFilesThatCantBeRead) {
         {empty, IOResult::Failure, "unreadable", empty + " is empty."},
         {other, IOResult::Failure, "not-this-format",
          other + " is no STEP file: it does not begin with ISO-10303-21."},
+        {hollow, IOResult::Failure, "empty", hollow + " holds no triangles."},
         {none, IOResult::Failure, "damaged", none + " is damaged: line 5 cannot be read."},
         {nothing, IOResult::Failure, "damaged",
          nothing + " is damaged: it holds neither a product nor a shape that can be read."},
