@@ -8,6 +8,7 @@
 #include "extract/assembly_node.h"
 #include "platform/os/debug_output.h"
 #include "platform/os/utf8.h"
+#include "results/part_rows.h"
 
 namespace results {
 namespace {
@@ -51,7 +52,69 @@ bxtsg::OutcomeNode plainCopy(const AssemblyNode& node, const Indices& own, const
     return copy;
 }
 
+std::vector<std::int32_t> numbers(const States& states) {
+    std::vector<std::int32_t> made;
+    made.reserve(states.size());
+    for (const extract::ItemDiffState state : states) {
+        made.push_back(static_cast<std::int32_t>(state));
+    }
+    return made;
+}
+
+bxtsg::OutcomeRows plainCopy(const SectionRows& rows) {
+    return {rows.referenceNames, rows.referenceValues,          rows.compareNames,
+            rows.compareValues,  numbers(rows.referenceStates), numbers(rows.compareStates)};
+}
+
+std::vector<bxtsg::OutcomePart> plainCopy(const std::vector<extract::PartAttributes>& parts) {
+    std::vector<bxtsg::OutcomePart> made;
+    made.reserve(parts.size());
+    for (const extract::PartAttributes& part : parts) {
+        bxtsg::OutcomePart& copy = made.emplace_back();
+        copy.name = part.name;
+        copy.isDifferent = part.isDifferent;
+        copy.state = static_cast<std::int32_t>(part.state);
+        copy.attributes.reserve(part.attributes.size());
+        for (const extract::AttributeEntry& entry : part.attributes) {
+            copy.attributes.push_back(
+                {entry.key, entry.value, static_cast<std::int32_t>(entry.state)});
+        }
+    }
+    return made;
+}
+
+/// What a source gives. It goes first, so that a model that can't be walked is not walked again
+/// and again.
+template <typename Outcome>
+void ask(std::function<Outcome()>& source, Outcome& answer) {
+    const std::function<Outcome()> once = std::exchange(source, nullptr);
+    if (!once) return;
+    try {
+        answer = once();
+    } catch (const std::exception& error) {
+        os::debugOutput(os::toWide(error.what()));
+    }
+}
+
 }  // namespace
+
+bxtsg::SectionsOutcome SectionsOf(const ResultData& data) {
+    bxtsg::SectionsOutcome outcome;
+    outcome.fileInformation = plainCopy(data.fileInfo);
+    outcome.billOfMaterials = plainCopy(data.bom);
+    outcome.attributes = plainCopy(data.attributes);
+    outcome.pmi = plainCopy(data.pmi);
+    outcome.referenceParts = plainCopy(data.referenceParts);
+    outcome.compareParts = plainCopy(data.compareParts);
+    for (const PartPair& pair : PairParts(data.referenceParts, data.compareParts)) {
+        outcome.partRows.push_back({pair.referenceIndex, pair.compareIndex});
+    }
+    outcome.referenceVolume = data.referenceVolume;
+    outcome.compareVolume = data.compareVolume;
+    outcome.referenceUnit = data.referenceUnit;
+    outcome.compareUnit = data.compareUnit;
+    return outcome;
+}
 
 bxtsg::ProductStructureOutcome StructureOf(const diff::AssemblyDiffEngine& engine) {
     Indices referenceIndices;
@@ -75,21 +138,26 @@ bxtsg::ProductStructureOutcome StructureOf(const diff::AssemblyDiffEngine& engin
     return outcome;
 }
 
-CompareOutcome::CompareOutcome(std::wstring referencePath, std::wstring comparePath, Source source)
+CompareOutcome::CompareOutcome(std::wstring referencePath, std::wstring comparePath, Source source,
+                               SectionsSource sections)
     : referencePath_(std::move(referencePath)),
       comparePath_(std::move(comparePath)),
-      source_(std::move(source)) {}
+      source_(std::move(source)),
+      sectionsSource_(std::move(sections)) {}
 
 const bxtsg::ProductStructureOutcome& CompareOutcome::productStructure() {
-    // The source goes first, so that a model that can't be walked is not walked again and again.
-    if (const Source source = std::exchange(source_, nullptr)) {
-        try {
-            structure_ = source();
-        } catch (const std::exception& error) {
-            os::debugOutput(os::toWide(error.what()));
-        }
-    }
+    ask(source_, structure_);
     return structure_;
+}
+
+const bxtsg::SectionsOutcome& CompareOutcome::sections() {
+    ask(sectionsSource_, sections_);
+    return sections_;
+}
+
+void CompareOutcome::Release() {
+    source_ = nullptr;
+    sectionsSource_ = nullptr;
 }
 
 }  // namespace results

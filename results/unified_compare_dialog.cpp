@@ -131,10 +131,20 @@ void UnifiedCompareDialog::EnsureTrees() {
 
 std::shared_ptr<CompareOutcome> UnifiedCompareDialog::MakeOutcome() {
     ReleaseOutcome();
-    auto outcome = std::make_shared<CompareOutcome>(referencePath, comparePath, [this] {
+    const auto structure = [this] {
         EnsureTrees();
         return StructureOf(engine_);
-    });
+    };
+    const auto sections = [this] {
+        bxtsg::SectionsOutcome made = SectionsOf(data_);
+        for (const ResultSection section : page_.sectionOrder) {
+            made.order.push_back(static_cast<std::int32_t>(section));
+        }
+        made.counts = counts_;
+        return made;
+    };
+    auto outcome =
+        std::make_shared<CompareOutcome>(referencePath, comparePath, structure, sections);
     outcome_ = outcome;
     return outcome;
 }

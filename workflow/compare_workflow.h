@@ -74,10 +74,15 @@ public:
                                          const std::wstring& comparePath, bool referenceIsAssembly);
 
     /// Fills the results dialog from both models, publishes the outcome on the factory of the
-    /// result document, and shows the dialog.
+    /// result document, and shows the dialog beside the main window. Extracts and measures both
+    /// models, which blocks; exceptions of their providers pass through.
     void BuildResults(const HPS::CADModel& referenceModel, const HPS::CADModel& compareModel,
                       const std::wstring& referencePath, const std::wstring& comparePath,
                       const std::shared_ptr<bxtsg::IFactory>& factory);
+
+    /// The rectangle that the results dialog wants on this screen, by the sections that are
+    /// switched on; see results::ResultsDialogRect().
+    static ui::PixelRect ResultsDialogRect();
 
     const WorkflowState& state() const { return state_; }
 
@@ -90,6 +95,7 @@ private:
     void Compare(Run& run);
     void ReactToStatus(Run& run, bxtimp::IDocComparer::Status status);
     void DeliverResult(Run& run);
+    void PlaceResultsDialog();
 
     void HandleActivation(const bxtui::Hint& hint);
     void HandleFrameHint(const bxtui::Hint& hint);

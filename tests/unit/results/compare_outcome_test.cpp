@@ -129,6 +129,80 @@ TEST(Outcome, KeepsWhatItHasWhenReleasedLater) {
     EXPECT_EQ(rows->size(), 1U);
 }
 
+TEST(OutcomeSections, EveryFieldIsCopied) {
+    results::ResultData data;
+    data.bom.referenceNames = {L"Bolt"};
+    data.bom.referenceValues = {L"2"};
+    data.bom.compareNames = {L"Nut"};
+    data.bom.compareValues = {L"3"};
+    data.bom.referenceStates = {extract::ItemDiffState::OnlyInReference};
+    data.bom.compareStates = {extract::ItemDiffState::OnlyInCompare};
+    data.fileInfo.referenceNames = {L"File Path"};
+    data.attributes.compareValues = {L"x"};
+    data.pmi.referenceStates = {extract::ItemDiffState::Different};
+    data.referenceParts.resize(1);
+    data.referenceParts[0].name = L"Bolt";
+    data.referenceParts[0].attributes = {{L"k", L"v", extract::ItemDiffState::Different}};
+    data.referenceParts[0].isDifferent = true;
+    data.compareParts.resize(2);
+    data.compareParts[0].name = L"Nut";
+    data.compareParts[1].name = L"BOLT";
+    data.compareParts[0].state = extract::ItemDiffState::OnlyInCompare;
+    data.referenceVolume = 2;
+    data.compareVolume = 3;
+    data.referenceUnit = L"mm";
+    data.compareUnit = L"in";
+    const bxtsg::SectionsOutcome outcome = results::SectionsOf(data);
+    EXPECT_EQ(outcome.billOfMaterials.referenceNames[0], L"Bolt");
+    EXPECT_EQ(outcome.billOfMaterials.referenceValues[0], L"2");
+    EXPECT_EQ(outcome.billOfMaterials.compareNames[0], L"Nut");
+    EXPECT_EQ(outcome.billOfMaterials.compareValues[0], L"3");
+    EXPECT_EQ(outcome.billOfMaterials.referenceStates[0], 1);
+    EXPECT_EQ(outcome.billOfMaterials.compareStates[0], 2);
+    EXPECT_EQ(outcome.fileInformation.referenceNames[0], L"File Path");
+    EXPECT_EQ(outcome.attributes.compareValues[0], L"x");
+    EXPECT_EQ(outcome.pmi.referenceStates[0], 3);
+    EXPECT_EQ(outcome.referenceParts[0].attributes[0].key, L"k");
+    EXPECT_EQ(outcome.referenceParts[0].attributes[0].value, L"v");
+    EXPECT_EQ(outcome.referenceParts[0].attributes[0].state, 3);
+    EXPECT_TRUE(outcome.referenceParts[0].isDifferent);
+    EXPECT_EQ(outcome.compareParts[0].state, 2);
+    ASSERT_EQ(outcome.partRows.size(), 2U);
+    EXPECT_EQ(outcome.partRows[0].reference, -1);
+    EXPECT_EQ(outcome.partRows[1].reference, 0);
+    EXPECT_EQ(outcome.referenceVolume, 2);
+    EXPECT_EQ(outcome.compareVolume, 3);
+    EXPECT_EQ(outcome.referenceUnit, L"mm");
+    EXPECT_EQ(outcome.compareUnit, L"in");
+}
+
+bxtsg::SectionsOutcome someSections() {
+    bxtsg::SectionsOutcome sections;
+    sections.order = {0};
+    return sections;
+}
+
+TEST(Outcome, RowsAreAskedForOnceAndKeptWhenReleasedLater) {
+    int asked = 0;
+    CompareOutcome outcome(L"", L"", someStructure, [&] {
+        ++asked;
+        return someSections();
+    });
+    EXPECT_EQ(outcome.sections().order.size(), 1U);
+    outcome.Release();
+    EXPECT_EQ(outcome.sections().order.size(), 1U);
+    EXPECT_EQ(asked, 1);
+    EXPECT_TRUE(outcome.productStructure().rows.empty());
+}
+
+TEST(Outcome, RowsStayEmptyWhenReleasedOrWithoutASource) {
+    CompareOutcome released(L"", L"", someStructure, someSections);
+    released.Release();
+    EXPECT_TRUE(released.sections().order.empty());
+    CompareOutcome without(L"", L"", someStructure);
+    EXPECT_TRUE(without.sections().order.empty());
+}
+
 TEST(Outcome, AModelThatCannotBeWalkedGivesAnEmptyStructure) {
     support::TestServices services;
     int asked = 0;
