@@ -157,15 +157,19 @@ TEST_F(AttribLoader, PartsAreReadAndCompared) {
 }
 
 // A model in which nothing can be read.
-HPS::CADModel unreadable() {
+HPS::CADModel unreadable(const char* cause = "gone") {
     class Unreadable : public support::MemoryModel {
     public:
+        explicit Unreadable(const char* cause) : cause_(cause) {}
         std::vector<std::shared_ptr<const HPS::MetadataValue>> metadata(
             HPS::ComponentId) const override {
-            throw HPS::InvalidObjectException("gone");
+            throw HPS::InvalidObjectException(cause_);
         }
+
+    private:
+        const char* cause_;
     };
-    support::MemoryModel::Builder builder(std::make_unique<Unreadable>());
+    support::MemoryModel::Builder builder(std::make_unique<Unreadable>(cause));
     builder.addShape(0, occurrence("top", {part("a")}));
     return HPS::CADModel(builder.finish());
 }
@@ -179,9 +183,25 @@ TEST_F(AttribLoader, AnUnreadableModelLeavesTheOtherSidesParts) {
     EXPECT_EQ(services.log->entries().size(), 2U);
 }
 
+TEST_F(AttribLoader, TheReferencesPartsAreReadFirst) {
+    const support::TestServices services;
+    loader_.LoadPartAttributes(unreadable("reference"), unreadable("compare"));
+    ASSERT_EQ(services.log->entries().size(), 4U);
+    EXPECT_EQ(services.log->entries()[1], "debug reference");
+    EXPECT_EQ(services.log->entries()[3], "debug compare");
+}
+
 TEST_F(AttribLoader, AnUnreadableFilesExceptionPassesThrough) {
+    loadFiles({{"a", "1"}}, {{"b", "2"}});
     EXPECT_THROW(loader_.LoadFileAttributes(unreadable(), HPS::CADModel()),
                  HPS::InvalidObjectException);
+    // Nothing of the files before is left.
+    for (const Names* list : {&loader_.referenceNames, &loader_.referenceValues,
+                              &loader_.compareNames, &loader_.compareValues}) {
+        EXPECT_TRUE(list->empty());
+    }
+    EXPECT_TRUE(loader_.referenceStates.empty());
+    EXPECT_TRUE(loader_.compareStates.empty());
 }
 
 }  // namespace

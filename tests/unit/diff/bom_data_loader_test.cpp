@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/hps/exception.h"
 #include "tests/support/memory_model.h"
 
 namespace {
@@ -114,6 +115,35 @@ TEST_F(BomLoader, LoadingAgainReplacesEverything) {
     EXPECT_EQ(names(loader_.compareRows), (Names{L"d"}));
     EXPECT_EQ(loader_.referenceStates, (States{kSame}));
     EXPECT_EQ(loader_.compareStates, (States{kSame}));
+}
+
+// A model whose names can't be read.
+HPS::CADModel unreadable(const char* cause) {
+    class Unreadable : public support::MemoryModel {
+    public:
+        explicit Unreadable(const char* cause) : cause_(cause) {}
+        std::string name(HPS::ComponentId) const override { throw HPS::Exception(cause_); }
+
+    private:
+        const char* cause_;
+    };
+    support::MemoryModel::Builder builder(std::make_unique<Unreadable>(cause));
+    builder.addShape(0, support::part("x"));
+    return HPS::CADModel(builder.finish());
+}
+
+TEST_F(BomLoader, AnUnreadableReferenceLeavesNothingOfTheModelsBefore) {
+    load({"a"}, {"b"});
+    try {
+        loader_.LoadAndCompareBOM(unreadable("reference"), unreadable("compare"));
+        FAIL() << "no exception";
+    } catch (const HPS::Exception& exception) {
+        EXPECT_STREQ(exception.what(), "reference");
+    }
+    EXPECT_TRUE(loader_.referenceRows.empty());
+    EXPECT_TRUE(loader_.compareRows.empty());
+    EXPECT_TRUE(loader_.referenceStates.empty());
+    EXPECT_TRUE(loader_.compareStates.empty());
 }
 
 TEST_F(BomLoader, BothSidesCanBeCopied) {

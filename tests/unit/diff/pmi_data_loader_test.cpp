@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/hps/exception.h"
 #include "tests/support/memory_model.h"
 #include "tests/support/scoped_pmi.h"
 
@@ -101,6 +102,35 @@ TEST_F(PmiLoader, LoadingAgainReplacesEverything) {
     EXPECT_EQ(loader_.referenceRows.size(), 1U);
     EXPECT_EQ(loader_.compareRows.size(), 1U);
     EXPECT_EQ(loader_.referenceStates, (States{kSame}));
+}
+
+// A model whose names can't be read.
+HPS::CADModel unreadable(const char* cause) {
+    class Unreadable : public support::MemoryModel {
+    public:
+        explicit Unreadable(const char* cause) : cause_(cause) {}
+        std::string name(HPS::ComponentId) const override { throw HPS::Exception(cause_); }
+
+    private:
+        const char* cause_;
+    };
+    support::MemoryModel::Builder builder(std::make_unique<Unreadable>(cause));
+    builder.addShape(0, support::occurrence("part", {pmi("x", "1")}));
+    return HPS::CADModel(builder.finish());
+}
+
+TEST_F(PmiLoader, AnUnreadableReferenceLeavesNothingOfTheModelsBefore) {
+    load({{"a", "1"}}, {{"b", "2"}});
+    try {
+        loader_.LoadAndComparePMI(unreadable("reference"), unreadable("compare"));
+        FAIL() << "no exception";
+    } catch (const HPS::Exception& exception) {
+        EXPECT_STREQ(exception.what(), "reference");
+    }
+    EXPECT_TRUE(loader_.referenceRows.empty());
+    EXPECT_TRUE(loader_.compareRows.empty());
+    EXPECT_TRUE(loader_.referenceStates.empty());
+    EXPECT_TRUE(loader_.compareStates.empty());
 }
 
 TEST_F(PmiLoader, BothSidesCanBeCopied) {

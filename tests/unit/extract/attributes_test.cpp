@@ -95,6 +95,12 @@ TEST_F(FileAttributes, EmptyTextsAreShownAsADash) {
     EXPECT_EQ(rows(makeModel({top})), (Names{L" - =v", L"k= - ", L"other= - "}));
 }
 
+// A name that begins below the blank of what is shown: the order is that of the names themselves.
+TEST_F(FileAttributes, AreSortedBeforeTheDashIsPutIn) {
+    EXPECT_EQ(rows(makeModel({occurrence("top").with("\t", Text("v")).with("", Text("w"))})),
+              (Names{L" - =w", L"\t=v"}));
+}
+
 TEST_F(FileAttributes, AreAppended) {
     Names names = {L"before"}, values = {L"value"};
     extract::ExtractFileAttributes(makeModel({occurrence("top").with("k", Text("v"))}), names,
@@ -177,8 +183,11 @@ TEST_F(ComponentAttributes, StatesKeepTheirNumbers) {
 }
 
 TEST_F(ComponentAttributes, AModelWithoutSubcomponentsGivesNothing) {
+    const support::TestServices services;
     EXPECT_TRUE(parts(HPS::CADModel()).empty());
     EXPECT_TRUE(parts(makeModel({})).empty());
+    // That is no failure, so nothing is written down.
+    EXPECT_TRUE(services.log->entries().empty());
 }
 
 TEST_F(ComponentAttributes, EachInstanceHasARecord) {

@@ -127,6 +127,12 @@ TEST(BomRows, RowsThatAreThereGoOnCounting) {
     EXPECT_EQ(lines(found), (Lines{L"6 b ", L"3 a "}));
 }
 
+TEST(BomRows, OfEqualRowsThatAreThereTheFirstCounts) {
+    std::vector<BOMRow> found = {{L"a", L"", 1}, {L"b", L"", 2}, {L"b", L"", 7}};
+    extract::LoadBOM(makeModel({part("b")}), found);
+    EXPECT_EQ(lines(found), (Lines{L"1 a ", L"3 b ", L"7 b "}));
+}
+
 TEST(BomRows, RowsComeInModelOrder) {
     EXPECT_EQ(
         rows(makeModel(

@@ -1,5 +1,8 @@
 #include "extract/model_unit.h"
 
+#include <cmath>
+#include <limits>
+
 #include "tests/unit/extract/measured_model.h"
 
 namespace {
@@ -132,8 +135,11 @@ TEST_F(Units, LengthsNameTheirUnit) {
 TEST_F(Units, LengthsAreExactForSomeAndRoundedForOthers) {
     EXPECT_EQ(unitOfLength(1.0 + kEpsilon), kM);
     EXPECT_EQ(unitOfLength(1.0 - kEpsilon / 2), kMm);
-    EXPECT_EQ(unitOfLength(10.000001), kM);
-    EXPECT_EQ(unitOfLength(1609344.001), kM);
+    // From 10 on, no other number is as near as that.
+    for (const double unitMm : {10.0, 1000000.0, 1609344.0}) {
+        EXPECT_EQ(unitOfLength(std::nextafter(unitMm, 0.0)), kM) << unitMm;
+        EXPECT_EQ(unitOfLength(std::nextafter(unitMm, 1e9)), kM) << unitMm;
+    }
     EXPECT_EQ(unitOfLength(304.8009), kFt);
     EXPECT_EQ(unitOfLength(304.7991), kFt);
     EXPECT_EQ(unitOfLength(304.8011), kM);
@@ -192,6 +198,13 @@ TEST_F(Units, AnOccurrencesOwnLengthComesBeforeTheFiles) {
     job_.modelUnitCache = 0.0;
     EXPECT_EQ(unitOfLength(0.0), kM);
     EXPECT_EQ(libraryScript().count("load"), 0U);
+}
+
+TEST_F(Units, AnOccurrenceWithALengthNeedsNoFile) {
+    setDocumentFile(L"document.stp");
+    EXPECT_EQ(unitOfLength(10.0), kCm);
+    EXPECT_EQ(job_.modelUnitCache, -1.0);
+    EXPECT_EQ(libraryScript().calls, (std::vector<std::string>{"occurrence"}));
 }
 
 TEST_F(Units, AnOccurrenceThatTheLibraryRefusesHasNoLength) {

@@ -61,6 +61,12 @@ TEST_F(PmiRows, EmptyNamesAndTextsAreShownAsADash) {
               (Lines{L" - =1", L"!=2", L"x= - "}));
 }
 
+// A name that comes before what is shown: the order is that of the names themselves.
+TEST_F(PmiRows, AreSortedBeforeTheDashIsPutIn) {
+    EXPECT_EQ(rows(makeModel({occurrence("a", {pmi(" ", "1"), pmi("", "2")})})),
+              (Lines{L" - =2", L" =1"}));
+}
+
 TEST_F(PmiRows, EqualNamesGiveOneRowEachInModelOrder) {
     EXPECT_EQ(rows(makeModel({occurrence("a", {pmi("x", "2"), pmi("X", "3"), pmi("x", "1")})})),
               (Lines{L"X=3", L"x=2", L"x=1"}));
