@@ -193,8 +193,12 @@ TEST_F(AttribLoader, TheReferencesPartsAreReadFirst) {
 
 TEST_F(AttribLoader, AnUnreadableFilesExceptionPassesThrough) {
     loadFiles({{"a", "1"}}, {{"b", "2"}});
-    EXPECT_THROW(loader_.LoadFileAttributes(unreadable(), HPS::CADModel()),
-                 HPS::InvalidObjectException);
+    try {
+        loader_.LoadFileAttributes(unreadable("reference"), unreadable("compare"));
+        FAIL() << "no exception";
+    } catch (const HPS::InvalidObjectException& exception) {
+        EXPECT_STREQ(exception.what(), "reference");
+    }
     // Nothing of the files before is left.
     for (const Names* list : {&loader_.referenceNames, &loader_.referenceValues,
                               &loader_.compareNames, &loader_.compareValues}) {

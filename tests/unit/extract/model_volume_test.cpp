@@ -86,9 +86,11 @@ TEST_F(Volumes, ABodyThatCannotBeMeasuredAddsNothing) {
 }
 
 TEST_F(Volumes, ABodyWithoutAnEntityIsPassedOver) {
-    EXPECT_EQ(volumeOf({partOf({item(ComponentType::BrepModel, "S")})}), 0.0);
+    const auto without = item(ComponentType::BrepModel, "S");
+    EXPECT_EQ(volumeOf({partOf({without})}), 0.0);
     EXPECT_EQ(unit_, L"none");
     EXPECT_TRUE(libraryScript().calls.empty());
+    EXPECT_EQ(volumeOf({partOf({exact(1.0), without, exact(2.0)})}), 3.0);
 }
 
 TEST_F(Volumes, AFailedBodyStillNamesTheUnit) {
