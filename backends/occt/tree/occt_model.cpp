@@ -4,6 +4,7 @@
 #include <gp_Trsf.hxx>
 
 #include "backends/occt/document/binary_document.h"
+#include "backends/occt/tree/unique_keys.h"
 #include "platform/hps/component_type.h"
 
 namespace occt {
@@ -24,7 +25,9 @@ OcctModel::OcctModel(Description description, std::string folder)
     : description_(std::move(description)), folder_(std::move(folder)), tree_(description_) {
     prepared_.reserve(description_.definitions.size());
     for (const DescribedDefinition& definition : description_.definitions) prepare(definition);
-    fileMetadata_ = shared(description_.fileMetadata);
+    rootMetadata_ = prepared_[description_.root].metadata;
+    for (auto& value : shared(description_.fileMetadata)) rootMetadata_.push_back(std::move(value));
+    makeKeysUnique(rootMetadata_);
     file_.kind = ExchangeEntity::Kind::ModelFile;
     file_.unitMm = description_.definitions[description_.root].unitMm;
 }
@@ -34,7 +37,8 @@ OcctModel::~OcctModel() = default;
 void OcctModel::prepare(const DescribedDefinition& definition) {
     Prepared out;
     out.metadata = shared(std::vector{HPS::MetadataValue{"Units", definition.unitName}});
-    for (auto& value : shared(definition.metadata)) out.metadata.push_back(value);
+    for (auto& value : shared(definition.metadata)) out.metadata.push_back(std::move(value));
+    makeKeysUnique(out.metadata);
     for (const DescribedPmi& pmi : definition.pmi) out.pmi.push_back(shared(pmi.metadata));
     out.occurrence.kind = ExchangeEntity::Kind::Occurrence;
     out.occurrence.unitMm = definition.unitMm;
@@ -92,15 +96,13 @@ std::vector<std::shared_ptr<const HPS::MetadataValue>> OcctModel::metadata(
     const Prepared& prepared = prepared_[node.definition];
     if (node.kind == FlatTree::Kind::Pmi) return prepared.pmi[node.local];
     if (node.kind != FlatTree::Kind::Occurrence) return {};
+    if (node.local == FlatTree::kNone) return rootMetadata_;
+    const std::uint32_t above = tree_.node(node.parent).definition;
+    const auto& own = description_.definitions[above].usages[node.local].metadata;
+    if (own.empty()) return prepared.metadata;
     MetadataList out = prepared.metadata;
-    if (node.local == FlatTree::kNone) {
-        out.insert(out.end(), fileMetadata_.begin(), fileMetadata_.end());
-    } else {
-        const std::uint32_t above = tree_.node(node.parent).definition;
-        for (auto& value : shared(description_.definitions[above].usages[node.local].metadata)) {
-            out.push_back(std::move(value));
-        }
-    }
+    for (auto& value : shared(own)) out.push_back(std::move(value));
+    makeKeysUnique(out);
     return out;
 }
 

@@ -73,7 +73,7 @@ private:
     std::string folder_;
     FlatTree tree_;
     std::vector<Prepared> prepared_;
-    MetadataList fileMetadata_;
+    MetadataList rootMetadata_;  ///< its definition's and the file's own
     ExchangeEntity file_;
     mutable std::once_flag opened_;
     mutable std::unique_ptr<BinaryDocument> document_;

@@ -224,6 +224,27 @@ TEST(OcctModel, MetadataComeFromProductUsageAndFile) {
     EXPECT_EQ(keys(model, 7), (Keys{"Value"}));
 }
 
+TEST(OcctModel, KeysOfAComponentAreUnique) {
+    const std::string text = "x";
+    Description description = gears();
+    description.definitions[0].metadata = {{"Layer", text}, {"Layer", text}};
+    description.definitions[1].usages[1].metadata = {{"Layer", text}, {"Position", text}};
+    const occt::OcctModel model(std::move(description), "");
+    using Keys = std::vector<std::string>;
+    EXPECT_EQ(keys(model, 3), (Keys{"Units", "Layer", "Layer 2"}));
+    EXPECT_EQ(keys(model, 8), (Keys{"Units", "Layer", "Layer 2", "Layer 3", "Position"}));
+}
+
+TEST(OcctModel, KeysOfTheRootAreUniqueBesideThoseOfTheFile) {
+    const std::string text = "x";
+    Description description = gears();
+    description.fileMetadata = {{"Author", text}};
+    description.definitions[description.root].metadata = {{"Author", text}, {"Units", text}};
+    const occt::OcctModel model(std::move(description), "");
+    EXPECT_EQ(keys(model, 1), (std::vector<std::string>{"Units", "Author", "Units 2", "Author 2"}));
+    EXPECT_NE(std::get<std::string>(model.metadata(1)[0]->value), text) << "the product's unit";
+}
+
 TEST(OcctModel, ItemsWithoutAFolderHaveNoShape) {
     Description description = gears();
     description.definitions[0].items[0].label = "0:1:1:1";
