@@ -132,7 +132,8 @@ Structure readStructure(const StepText& text) {
             const auto parameters = entityParameters(entity.text);
             if (parameters.size() < 2) continue;
             const std::string name = unquoted(parameters[1]);
-            productNames[entity.number] = name.empty() ? unquoted(parameters[0]) : name;
+            const bool says = name.find_first_not_of(' ') != std::string::npos;
+            productNames[entity.number] = says ? name : unquoted(parameters[0]);
         } else if (startsWith(type, "PRODUCT_DEFINITION_FORMATION")) {
             productOf[entity.number] = reference(entityParameters(entity.text), 2);
         } else if (type == "PRODUCT_DEFINITION" ||
