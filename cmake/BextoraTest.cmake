@@ -7,6 +7,7 @@ function(bextora_test name)
     cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBRARIES;LABELS" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE warnings ${arg_LIBRARIES} GTest::gtest_main)
+    bextora_known_leaks(${name})
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
@@ -17,7 +18,5 @@ function(bextora_test name)
     # found by "ctest -L" all the same. Discovery runs every program, slowly under a sanitizer.
     list(JOIN arg_LABELS " " labels)
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-        PROPERTIES TIMEOUT ${arg_TIMEOUT}
-        ENVIRONMENT "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/leaks.txt"
-        LABELS "${labels}")
+        PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${labels}")
 endfunction()
