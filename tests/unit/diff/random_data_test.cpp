@@ -8,10 +8,13 @@
 #include <functional>
 #include <random>
 
+#include "diff/attrib_data_loader.h"
 #include "diff/bom_data_loader.h"
 #include "diff/part_attributes.h"
+#include "diff/pmi_data_loader.h"
 #include "extract/attributes.h"
 #include "tests/support/memory_model.h"
+#include "tests/support/scoped_pmi.h"
 #include "tests/unit/diff/part_records.h"
 
 namespace {
@@ -177,6 +180,110 @@ TEST(RandomData, KeysOfAPartAreSortedOutAsThePlainRulesSay) {
             EXPECT_EQ(found[0].attributes[i].key, expected[i].key) << seed;
             EXPECT_EQ(found[0].attributes[i].value, expected[i].value) << seed;
         }
+    }
+}
+
+using Rows = std::vector<std::pair<std::wstring, std::wstring>>;
+
+// The states of the first list's rows by a search that halves the second one.
+std::vector<ItemDiffState> plainStates(const Rows& own, const Rows& other, ItemDiffState missing) {
+    std::vector<ItemDiffState> states;
+    for (const auto& [name, value] : own) {
+        const std::wstring sought = plainLower(name);
+        ItemDiffState state = missing;
+        int low = 0;
+        int high = static_cast<int>(other.size()) - 1;
+        while (low <= high) {
+            const int middle = (low + high) / 2;
+            const auto& [otherName, otherValue] = other[static_cast<std::size_t>(middle)];
+            if (plainLower(otherName) == sought) {
+                state = otherValue == value ? ItemDiffState::Unchanged : ItemDiffState::Different;
+                break;
+            }
+            if (sought < plainLower(otherName)) {
+                high = middle - 1;
+            } else {
+                low = middle + 1;
+            }
+        }
+        states.push_back(state);
+    }
+    return states;
+}
+
+Rows randomRows(Random& random) {
+    Rows rows(random.below(10));
+    for (auto& [name, value] : rows) {
+        name = os::toWide(random.name());
+        value = os::toWide(random.value());
+    }
+    return rows;
+}
+
+// As lists show them: by name, those of one name as they came, nothing empty.
+Rows plainShown(Rows rows) {
+    std::stable_sort(rows.begin(), rows.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    for (auto& [name, value] : rows) {
+        if (name.empty()) name = L" - ";
+        if (value.empty()) value = L" - ";
+    }
+    return rows;
+}
+
+TEST(RandomData, FileAttributesAgreeWithThePlainRules) {
+    const auto model = [](const Rows& rows) {
+        auto top = support::occurrence("top");
+        for (const auto& [name, value] : rows) {
+            top = top.with(os::toUtf8(name), os::toUtf8(value));
+        }
+        return support::makeModel({top});
+    };
+    for (std::uint32_t seed = 0; seed < 3000; ++seed) {
+        Random random(seed);
+        const Rows reference = randomRows(random);
+        const Rows compare = random.chance(30) ? reference : randomRows(random);
+        diff::AttribDataLoader loader;
+        loader.LoadFileAttributes(model(reference), model(compare));
+        const Rows left = plainShown(reference), right = plainShown(compare);
+        Rows found;
+        for (std::size_t i = 0; i < loader.compareNames.size(); ++i) {
+            found.emplace_back(loader.compareNames[i], loader.compareValues[i]);
+        }
+        ASSERT_EQ(found, right) << seed;
+        ASSERT_EQ(loader.referenceStates, plainStates(left, right, ItemDiffState::OnlyInReference))
+            << seed;
+        ASSERT_EQ(loader.compareStates, plainStates(right, left, ItemDiffState::OnlyInCompare))
+            << seed;
+    }
+}
+
+TEST(RandomData, PmiAgreesWithThePlainRules) {
+    const support::ScopedPmi texts;
+    const auto model = [](const Rows& rows) {
+        auto top = support::occurrence("top");
+        for (const auto& [name, value] : rows) {
+            top.children.push_back(support::pmi(os::toUtf8(name), os::toUtf8(value)));
+        }
+        return support::makeModel({top});
+    };
+    for (std::uint32_t seed = 0; seed < 3000; ++seed) {
+        Random random(seed);
+        const Rows reference = randomRows(random);
+        const Rows compare = random.chance(30) ? reference : randomRows(random);
+        if (reference.empty() || compare.empty()) continue;  // these have a row that says so
+        diff::PMIDataLoader loader;
+        loader.LoadAndComparePMI(model(reference), model(compare));
+        const Rows left = plainShown(reference), right = plainShown(compare);
+        Rows found;
+        for (const extract::PMIRow& row : loader.referenceRows) {
+            found.emplace_back(row.name, row.value);
+        }
+        ASSERT_EQ(found, left) << seed;
+        ASSERT_EQ(loader.referenceStates, plainStates(left, right, ItemDiffState::OnlyInReference))
+            << seed;
+        ASSERT_EQ(loader.compareStates, plainStates(right, left, ItemDiffState::OnlyInCompare))
+            << seed;
     }
 }
 
