@@ -109,6 +109,18 @@ TEST(CleanText, KeepsTheHairSpace) {
     EXPECT_EQ(CleanAttributeText(L"\u200Aa\u200A"), L"\u200Aa\u200A");
 }
 
+TEST(CleanText, TrimsEveryOtherWhiteSpace) {
+    const std::wstring trimmed =
+        L" \u0085\u00A0\u1680\u2000\u2001\u2002\u2003\u2004\u2005\u2006\u2007\u2008\u2009\u200B"
+        L"\u200C\u200D\u2028\u2029\u202F\u205F\u2060\u3000\uFEFF";
+    for (std::uint32_t code = 0; code < 0x10000; ++code) {
+        const auto c = static_cast<wchar_t>(code);
+        const bool gone = code < 0x20 || trimmed.find(c) != std::wstring::npos;
+        const std::wstring text = {c, L'a', c};
+        EXPECT_EQ(CleanAttributeText(text), gone ? L"a" : text) << std::hex << code;
+    }
+}
+
 TEST(CleanText, TrimsAndJoinsBlanks) {
     EXPECT_EQ(CleanAttributeText(L"\u00A0steel  304"), L"steel 304");
     EXPECT_EQ(CleanAttributeText(L"  a \t\r\n b  "), L"a b");
