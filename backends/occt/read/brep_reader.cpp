@@ -1,7 +1,7 @@
 #include "backends/occt/read/brep_reader.h"
 
 #include <algorithm>
-#include <charconv>
+#include <ios>
 #include <locale>
 #include <optional>
 #include <sstream>
@@ -16,11 +16,13 @@
 #include <Standard_Failure.hxx>
 #include <Standard_OutOfMemory.hxx>
 #include <TopoDS.hxx>
+#include <TopoDS_Edge.hxx>
 #include <TopoDS_Face.hxx>
 #include <TopoDS_Iterator.hxx>
 #include <TopoDS_TShape.hxx>
 
 #include "backends/occt/read/body_writer.h"
+#include "backends/occt/read/brep_text.h"
 #include "backends/occt/step/units.h"
 
 namespace occt {
@@ -30,34 +32,6 @@ using HPS::Exchange::ImportCause;
 
 // An entry takes a few bytes at the least, in either form.
 constexpr std::size_t kSmallestEntryBytes = 2;
-
-/// One section of a file and how many entries it announces.
-struct Section {
-    std::string_view name;
-    std::size_t offset = 0;
-    std::optional<std::uint64_t> count;
-};
-
-/// Sections in the order in which both forms write them.
-std::vector<Section> sectionsOf(std::string_view bytes) {
-    constexpr std::string_view names[] = {
-        "Locations", "Curve2ds",       "Curves", "Polygon3D", "PolygonOnTriangulations",
-        "Surfaces",  "Triangulations", "TShapes"};
-    std::vector<Section> sections;
-    std::size_t at = 0;
-    for (const std::string_view name : names) {
-        const std::size_t found = bytes.find("\n" + std::string(name) + " ", at);
-        if (found == std::string_view::npos) continue;
-        Section section{name, found + 1, std::nullopt};
-        const char* const number = bytes.data() + found + name.size() + 2;
-        std::uint64_t count = 0;
-        const auto parsed = std::from_chars(number, bytes.data() + bytes.size(), count);
-        if (parsed.ec == std::errc()) section.count = count;
-        sections.push_back(section);
-        at = section.offset;
-    }
-    return sections;
-}
 
 std::string lineOf(std::string_view bytes, std::size_t offset) {
     const auto end = bytes.begin() + static_cast<std::ptrdiff_t>(std::min(offset, bytes.size()));
@@ -69,13 +43,27 @@ struct ShapeCount {
     std::size_t all = 0;
     std::size_t faces = 0;
     std::size_t emptyFaces = 0;  ///< with neither a surface nor triangles
+    std::size_t surfaces = 0;    ///< faces with a surface
+    std::size_t edges = 0;
+    std::size_t curves = 0;  ///< edges with a curve in space
 };
 
-bool isEmptyFace(const TopoDS_Shape& shape) {
+void addFace(const TopoDS_Face& face, ShapeCount& count) {
     TopLoc_Location location;
-    const TopoDS_Face& face = TopoDS::Face(shape);
-    return BRep_Tool::Surface(face, location).IsNull() &&
-           BRep_Tool::Triangulation(face, location).IsNull();
+    ++count.faces;
+    if (!BRep_Tool::Surface(face, location).IsNull()) {
+        ++count.surfaces;
+    } else if (BRep_Tool::Triangulation(face, location).IsNull()) {
+        ++count.emptyFaces;
+    }
+}
+
+void addEdge(const TopoDS_Edge& edge, ShapeCount& count) {
+    TopLoc_Location location;
+    double first = 0.0;
+    double last = 0.0;
+    ++count.edges;
+    if (!BRep_Tool::Curve(edge, location, first, last).IsNull()) ++count.curves;
 }
 
 /// Counts a shape and what lies below it.
@@ -86,10 +74,8 @@ ShapeCount countShapes(const TopoDS_Shape& root) {
     while (!open.empty()) {
         const TopoDS_Shape shape = open.back();
         open.pop_back();
-        if (shape.ShapeType() == TopAbs_FACE) {
-            ++count.faces;
-            count.emptyFaces += isEmptyFace(shape) ? 1 : 0;
-        }
+        if (shape.ShapeType() == TopAbs_FACE) addFace(TopoDS::Face(shape), count);
+        if (shape.ShapeType() == TopAbs_EDGE) addEdge(TopoDS::Edge(shape), count);
         for (TopoDS_Iterator child(shape); child.More(); child.Next()) {
             const TopoDS_Shape& below = child.Value();
             if (below.IsNull() || !known.insert(below.TShape().get()).second) continue;
@@ -117,22 +103,29 @@ TopoDS_Shape throughDocument(const TopoDS_Shape& shape) {
     return back;
 }
 
-/// What the file announces and its shapes lack.
-void addGaps(const ShapeCount& found, std::uint64_t declared, std::vector<std::string>& gaps) {
-    if (found.all < declared) {
-        gaps.push_back(std::to_string(found.all) + " of " + std::to_string(declared) +
-                       " shapes were read.");
+/// What the file announces or held when it was read, and its shapes lack.
+void addGaps(const ShapeCount& found, const ShapeCount& declared, std::vector<std::string>& gaps) {
+    const auto of = [](std::size_t some, std::size_t all) {
+        return std::to_string(some) + " of " + std::to_string(all);
+    };
+    if (found.all < declared.all) {
+        gaps.push_back(of(found.all, declared.all) + " shapes were read.");
     }
-    if (found.emptyFaces > 0) {
-        gaps.push_back(std::to_string(found.emptyFaces) + " of " + std::to_string(found.faces) +
+    const std::size_t surfaces = std::max(declared.surfaces, found.surfaces + found.emptyFaces);
+    if (found.surfaces < surfaces) {
+        gaps.push_back(of(surfaces - found.surfaces, std::max(found.faces, surfaces)) +
                        " faces have no surface that could be read.");
+    }
+    if (found.curves < declared.curves) {
+        gaps.push_back(of(declared.curves - found.curves, std::max(found.edges, declared.curves)) +
+                       " edges have no curve that could be read.");
     }
 }
 
 class BrepFile {
 public:
     explicit BrepFile(const ReadRequest& request)
-        : request_(request), sections_(sectionsOf(request.bytes)) {
+        : request_(request), sections_(brepSections(request.bytes)) {
         const std::size_t text = request.bytes.find("CASCADE Topology V");
         isBinary_ = text >= 5 && text != std::string::npos &&
                     request.bytes.compare(text - 5, 5, "Open ") == 0;
@@ -140,7 +133,7 @@ public:
 
     /// What the sections' heads show to be wrong.
     std::optional<ImportCause> refuse() const {
-        for (const Section& section : sections_) {
+        for (const BrepSection& section : sections_) {
             const bool fits =
                 section.count && *section.count <= request_.bytes.size() / kSmallestEntryBytes;
             if (fits) continue;
@@ -155,8 +148,12 @@ public:
     }
 
     std::optional<ImportCause> read(TopoDS_Shape& shape) const {
-        std::istringstream stream(request_.bytes);
+        // The library asks again and again for what is not there and takes each failed answer for
+        // the one before, so that the first failure has to end it. A number at the very end would
+        // be one.
+        std::istringstream stream(isBinary_ ? request_.bytes : request_.bytes + '\n');
         stream.imbue(std::locale::classic());
+        stream.exceptions(std::ios::eofbit | std::ios::failbit | std::ios::badbit);
         const Handle(OcctProgress) progress = new OcctProgress(request_.progress);
         try {
             if (isBinary_) {
@@ -168,20 +165,33 @@ public:
             throw;
         } catch (const Standard_Failure&) {
             shape.Nullify();
+        } catch (const std::ios_base::failure&) {
+            shape.Nullify();
         }
         if (!shape.IsNull()) return std::nullopt;
+        stream.exceptions(std::ios::goodbit);
         stream.clear();
         const auto reached = static_cast<std::streamoff>(stream.tellg());
         const std::size_t offset =
             reached > 0 ? static_cast<std::size_t>(reached) : request_.bytes.size();
-        return damaged("its shapes cannot be read (reading went as far as " + where(offset) + ")");
+        return damaged("its shapes cannot be read (reading went as far as " +
+                       where(std::min(offset, request_.bytes.size())) + ")");
+    }
+
+    /// What a sound import of the file holds at the least.
+    ShapeCount declared(const TopoDS_Shape& read) const {
+        ShapeCount count = countShapes(read);
+        count.all = static_cast<std::size_t>(sections_.back().count.value_or(0));
+        if (isBinary_) return count;
+        const BrepGeometry named = brepGeometry(request_.bytes, sections_.back().offset);
+        count.surfaces = std::max(count.surfaces, named.surfaces);
+        count.curves = std::max(count.curves, named.curves);
+        return count;
     }
 
     ImportCause damaged(const std::string& why) const {
         return {"damaged", request_.name + " is damaged: " + why + "."};
     }
-
-    std::uint64_t declaredShapes() const { return sections_.back().count.value_or(0); }
 
 private:
     std::string where(std::size_t offset) const {
@@ -189,7 +199,7 @@ private:
     }
 
     const ReadRequest& request_;
-    std::vector<Section> sections_;
+    std::vector<BrepSection> sections_;
     bool isBinary_ = false;
 };
 
@@ -203,7 +213,7 @@ std::optional<ImportCause> readBrep(const ReadRequest& request, DescribedModel& 
     if (auto cause = file.read(shape)) return cause;
     const TopoDS_Shape kept = throughDocument(shape);
     if (kept.IsNull()) return file.damaged("its shapes hold numbers that cannot be");
-    addGaps(countShapes(kept), file.declaredShapes(), out.description.gaps);
+    addGaps(countShapes(kept), file.declared(shape), out.description.gaps);
     DescribedDefinition part;
     part.name = "Part";
     const step::NamedUnit unit = step::namedUnit(1.0);

@@ -2,6 +2,7 @@
 
 #include <zlib.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -9,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <BRepMesh_IncrementalMesh.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeSphere.hxx>
 #include <BRepTools.hxx>
@@ -132,6 +134,57 @@ TEST_F(FormatsImport, BrepTextAndBrepBinaryGiveTheSameBodies) {
         EXPECT_TRUE(got.model->gaps().empty()) << got.model->gaps()[0];
         EXPECT_EQ(names(got, Type::BrepModel), (Texts{"Body 1", "Body 2"}));
         EXPECT_EQ(names(got, Type::ProductOccurrence), Texts{"Part"});
+    }
+    cutEverywhere(path("a.brep"), ".brep");
+    cutEverywhere(path("b.brep"), ".brep");
+}
+
+TEST_F(FormatsImport, BrepFilesThatAreCutAnywhereAreRefusedAtOnce) {
+    // The library's reader would ask for ever for what is not there.
+    constexpr std::size_t places = 30;
+    const auto start = std::chrono::steady_clock::now();
+    for (const bool binary : {false, true}) {
+        const std::string whole = support::readFile(writeBrep("a.brep", binary));
+        for (std::size_t place = 1; place <= places; ++place) {
+            const std::size_t size = whole.size() * place / (places + 1);
+            const std::string said = refusal(scratch.write("cut.brep", whole.substr(0, size)));
+            EXPECT_TRUE(said.starts_with("damaged:") || said.starts_with("not-this-format:"))
+                << "cut at " << size << ": " << said;
+        }
+    }
+    const auto taken = std::chrono::steady_clock::now() - start;
+    EXPECT_LT(std::chrono::duration<double>(taken).count(), 120.0) << "of 60 imports";
+}
+
+TEST_F(FormatsImport, BrepFilesMayEndWithoutALineFeed) {
+    std::string text = support::readFile(writeBrep("a.brep", false));
+    text.resize(text.find_last_not_of(" \n") + 1);
+    const Imported got = import(scratch.write("short.brep", text));
+    ASSERT_EQ(got.result, IOResult::Success) << got.cause.text;
+    EXPECT_TRUE(got.model->gaps().empty()) << got.model->gaps()[0];
+    EXPECT_EQ(count(got, Type::BrepModel), 2U);
+}
+
+TEST_F(FormatsImport, BrepFacesWhoseSurfaceIsNotKeptAreAGapThoughTheyHaveTriangles) {
+    const TopoDS_Shape box = BRepPrimAPI_MakeBox(10, 20, 30).Shape();
+    BRepMesh_IncrementalMesh(box, 0.1);
+    const std::string file = path("a.brep");
+    BRepTools::Write(box, file.c_str());
+    const Imported sound = import(file);
+    ASSERT_EQ(sound.result, IOResult::Success) << sound.cause.text;
+    EXPECT_TRUE(sound.model->gaps().empty()) << sound.model->gaps()[0];
+    std::string text = support::readFile(file);
+    // Kind, place, axis and the two directions of a plane: one direction gets no length.
+    const std::size_t planes = text.find('\n', text.find("\nSurfaces ") + 1) + 1;
+    std::size_t at = planes;
+    for (int word = 0; word < 10; ++word) at = text.find(' ', at) + 1;
+    text.replace(at, text.find('\n', at) - at, "0 0 0 ");
+    const Imported got = import(scratch.write("flat.brep", text));
+    if (got.result == IOResult::Success) {
+        ASSERT_FALSE(got.model->gaps().empty());
+        EXPECT_EQ(got.model->gaps()[0], "1 of 6 faces have no surface that could be read.");
+    } else {
+        EXPECT_EQ(got.cause.code, "damaged");
     }
 }
 
