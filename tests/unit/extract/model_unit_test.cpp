@@ -140,12 +140,12 @@ TEST_F(Units, LengthsAreExactForSomeAndRoundedForOthers) {
         EXPECT_EQ(unitOfLength(std::nextafter(unitMm, 0.0)), kM) << unitMm;
         EXPECT_EQ(unitOfLength(std::nextafter(unitMm, 1e9)), kM) << unitMm;
     }
-    EXPECT_EQ(unitOfLength(304.8009), kFt);
-    EXPECT_EQ(unitOfLength(304.7991), kFt);
-    EXPECT_EQ(unitOfLength(304.8011), kM);
-    EXPECT_EQ(unitOfLength(25.4009), kIn);
-    EXPECT_EQ(unitOfLength(25.3991), kIn);
-    EXPECT_EQ(unitOfLength(25.4011), kM);
+    EXPECT_EQ(unitOfLength(304.800999), kFt);
+    EXPECT_EQ(unitOfLength(304.799001), kFt);
+    EXPECT_EQ(unitOfLength(304.801001), kM);
+    EXPECT_EQ(unitOfLength(25.400999), kIn);
+    EXPECT_EQ(unitOfLength(25.399001), kIn);
+    EXPECT_EQ(unitOfLength(25.401001), kM);
 }
 
 TEST_F(Units, OtherLengthsAreMetres) {
