@@ -60,6 +60,7 @@ public:
 
     Structure read() {
         const std::vector<bool> isUsed = findUsed();
+        findProducts();
         out_.nodes.emplace_back();
         sources_.push_back(0);
         std::vector<std::uint32_t> free;
@@ -131,7 +132,7 @@ private:
             std::vector<std::vector<std::uint32_t>> inner;
             for (const std::uint32_t member : some) {
                 const Entity& entity = *text_.find(member);
-                if (isGroup(entity) && !isProduct(member)) {
+                if (isGroup(entity) && !isProduct_[member / 2]) {
                     if (opened.insert(member).second) inner.push_back(partsOf(text_, entity));
                 } else if (isGroup(entity) || isStructure(entity)) {
                     addUsage(node, member, entity);
@@ -145,23 +146,34 @@ private:
     }
 
     /// A group is a product when it has a name, or when it holds products.
-    bool isProduct(std::uint32_t group) {
-        const auto known = isProduct_.find(group);
-        if (known != isProduct_.end()) return known->second;
-        std::vector<std::uint32_t> open = {group};
-        std::set<std::uint32_t> seen = {group};
-        bool is = false;
-        while (!open.empty() && !is) {
-            const Entity& entity = *text_.find(open.back());
-            is = (isGroup(entity) && !nameOf(text_, open.back()).empty()) ||
-                 (!isGroup(entity) && isStructure(entity));
+    void findProducts() {
+        const std::vector<Entity>& entities = text_.entities();
+        isProduct_.assign(entities.size(), false);
+        std::vector<std::vector<std::size_t>> holders(entities.size());
+        std::vector<std::size_t> open;
+        for (std::size_t i = 0; i < entities.size(); ++i) {
+            if (!isGroup(entities[i])) continue;
+            bool is = !nameOf(text_, Text::numberOf(i)).empty();
+            for (const std::uint32_t part : partsOf(text_, entities[i])) {
+                const Entity& entity = *text_.find(part);
+                if (isGroup(entity)) {
+                    holders[part / 2].push_back(i);
+                } else {
+                    is = is || isStructure(entity);
+                }
+            }
+            if (is) open.push_back(i);
+            isProduct_[i] = is;
+        }
+        while (!open.empty()) {
+            const std::size_t held = open.back();
             open.pop_back();
-            if (!isGroup(entity)) continue;
-            for (const std::uint32_t part : partsOf(text_, entity)) {
-                if (seen.insert(part).second) open.push_back(part);
+            for (const std::size_t holder : holders[held]) {
+                if (isProduct_[holder]) continue;
+                isProduct_[holder] = true;
+                open.push_back(holder);
             }
         }
-        return isProduct_[group] = is;
     }
 
     void addUsage(std::size_t node, std::uint32_t number, const Entity& entity) {
@@ -289,7 +301,7 @@ private:
     Structure out_;
     std::vector<std::uint32_t> sources_;  // number of the entity behind each node
     std::unordered_map<std::uint32_t, std::size_t> nodes_;
-    std::unordered_map<std::uint32_t, bool> isProduct_;
+    std::vector<bool> isProduct_;  // by position of the entity
 };
 
 }  // namespace

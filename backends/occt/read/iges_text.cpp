@@ -1,5 +1,6 @@
 #include "backends/occt/read/iges_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -11,6 +12,8 @@ namespace {
 constexpr std::size_t kSectionColumn = 72;
 constexpr std::size_t kParameterColumns = 64;
 constexpr std::size_t kField = 8;
+// How often lines may be claimed on the average: once, if nothing is damaged.
+constexpr std::size_t kMostClaims = 4;
 
 std::string_view trimmed(std::string_view text) {
     const std::size_t first = text.find_first_not_of(" \t\r\0");
@@ -77,6 +80,7 @@ Text::Text(std::string_view bytes) {
     }
     remarks_ = step::decodeText(trimmed(start));
     readDirectory(directory_);
+    dropSharedLines();
     checkEnd(end_);
     readGlobal(globalText_);
     directory_.clear();
@@ -134,6 +138,23 @@ void Text::readDirectory(const std::vector<std::string_view>& lines) {
     }
 }
 
+/// Each line of parameters belongs to one entity. Where entities claim each other's, which takes
+/// time by the square of their number, the later ones get none.
+void Text::dropSharedLines() {
+    std::size_t left = kMostClaims * parameters_.size();
+    for (Entity& entity : entities_) {
+        const std::size_t behind = parameters_.size() + 1;
+        if (entity.firstLine == 0 || entity.firstLine >= behind) continue;
+        entity.lineCount = std::min(entity.lineCount, behind - entity.firstLine);
+        if (entity.lineCount <= left) {
+            left -= entity.lineCount;
+            continue;
+        }
+        entity.lineCount = 0;
+        ++brokenEntries_;
+    }
+}
+
 /// The last line counts the lines of the other sections: "S      1G      4D     26P     19".
 /// Writers often count the first two wrong, and nothing is missing for it.
 void Text::checkEnd(std::string_view line) {
@@ -181,9 +202,7 @@ std::vector<Value> Text::values(const Entity& entity) const {
     if (entity.firstLine == 0 || entity.firstLine > parameters_.size()) return {};
     std::string text;
     const std::size_t first = entity.firstLine - 1;
-    const std::size_t last =
-        entity.lineCount > parameters_.size() ? parameters_.size() : first + entity.lineCount;
-    for (std::size_t i = first; i < last && i < parameters_.size(); ++i) {
+    for (std::size_t i = first; i < first + entity.lineCount; ++i) {
         text += parameters_[i];
         // Blanks at the end of a line may have been cut.
         text.resize((i - first + 1) * kParameterColumns, ' ');

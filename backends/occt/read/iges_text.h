@@ -68,6 +68,7 @@ public:
 private:
     void addLine(std::string_view line, std::string& start);
     void readDirectory(const std::vector<std::string_view>& lines);
+    void dropSharedLines();
     void checkEnd(std::string_view line);
     void readGlobal(const std::string& text);
     std::vector<Value> parse(std::string_view text) const;

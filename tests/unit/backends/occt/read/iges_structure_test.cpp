@@ -167,6 +167,50 @@ TEST(IgesStructure, ChainsOfTwentyThousandSubfiguresNeedNoStack) {
     EXPECT_EQ(structure.brokenUsages, 0U);
 }
 
+TEST(IgesStructure, ChainsOfTwentyThousandGroupsAreWalkedOnce) {
+    constexpr int kLength = 20'000;
+    IgesBuilder file;
+    for (int i = 0; i < kLength; ++i) {
+        file.add(402, "1," + std::to_string(2 * i + 3), {.form = 7});
+    }
+    ASSERT_EQ(file.add(110, "0,0,0,1,0,0"), 2 * kLength + 1);
+    const std::string bytes = file.write();
+    const Structure structure = readStructure(Text(bytes));
+    ASSERT_EQ(structure.nodes.size(), 1U) << "groups without a name are no products";
+    EXPECT_EQ(structure.nodes[0].shapes.size(), 1U);
+}
+
+TEST(IgesStructure, AGroupThatHoldsAnInstanceFarBelowIsAProduct) {
+    IgesBuilder file;
+    file.add(402, "1,3", {.form = 7});
+    file.add(402, "1,5", {.form = 7});
+    file.add(408, "7,0,0,0,1");
+    file.add(308, "0,1HA,1,9");
+    file.add(110, "0,0,0,1,0,0");
+    const std::string bytes = file.write();
+    const Structure structure = readStructure(Text(bytes));
+    EXPECT_EQ(structure.nodes.size(), 4U) << "the root, two groups, the subfigure";
+    EXPECT_EQ(structure.usageCount, 3U);
+}
+
+TEST(IgesText, LinesThatEveryEntityClaimsAreNotReadForEach) {
+    constexpr int kCount = 3000;
+    IgesBuilder file;
+    for (int i = 0; i < kCount; ++i) file.add(110, "0,0,0,1,0,0");
+    std::string bytes = file.write();
+    bool isSecond = false;
+    for (std::size_t at = 0; at < bytes.size(); at = bytes.find('\n', at) + 1) {
+        if (bytes[at + 72] != 'D') continue;
+        if (isSecond) bytes.replace(at + 24, 8, "    9999");
+        isSecond = !isSecond;
+    }
+    const Text text(bytes);
+    ASSERT_EQ(text.entities().size(), std::size_t{kCount});
+    EXPECT_GT(text.brokenEntries(), 2900U);
+    EXPECT_EQ(text.values(text.entities().front()).size(), 7U);
+    EXPECT_TRUE(text.values(text.entities().back()).empty());
+}
+
 TEST(IgesStructure, UnitsComeByNumberAndByName) {
     const auto length = [](const std::string& global) {
         IgesBuilder file;
