@@ -13,12 +13,21 @@
 #include <Bnd_Box.hxx>
 #include <GProp_GProps.hxx>
 #include <GProp_PrincipalProps.hxx>
+#include <Geom2dAdaptor_Curve.hxx>
+#include <Geom2d_BSplineCurve.hxx>
+#include <Geom2d_BezierCurve.hxx>
+#include <Geom2d_Curve.hxx>
+#include <GeomAdaptor_Curve.hxx>
+#include <Geom_BSplineCurve.hxx>
+#include <Geom_BezierCurve.hxx>
+#include <Geom_Curve.hxx>
 #include <Geom_Surface.hxx>
 #include <Poly_Triangulation.hxx>
 #include <Standard_Failure.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopLoc_Location.hxx>
 #include <TopoDS.hxx>
+#include <TopoDS_Edge.hxx>
 #include <TopoDS_Face.hxx>
 #include <gp_Trsf.hxx>
 
@@ -85,12 +94,13 @@ AtHome bringHome(const TopoDS_Shape& body) {
     return {BRepBuilderAPI_Transform(body, home, Standard_True).Shape(), middle};
 }
 
+constexpr std::size_t kPlaneKind = 0;
 constexpr std::size_t kOtherKind = 5;
 
 std::size_t kindIndex(const TopoDS_Face& face) {
     if (isMeshFace(face)) return kOtherKind;
     switch (BRepAdaptor_Surface(face, Standard_False).GetType()) {
-        case GeomAbs_Plane: return 0;
+        case GeomAbs_Plane: return kPlaneKind;
         case GeomAbs_Cylinder: return 1;
         case GeomAbs_Cone: return 2;
         case GeomAbs_Sphere: return 3;
@@ -106,19 +116,50 @@ void countFaces(const TopoDS_Shape& body, bxtexchange::BodyIdentity& identity) {
     }
 }
 
-/// Relative error that the integrals over free-form faces may have. Without a limit they are off
-/// by up to a per cent.
+/// Relative error that integrals may have where the plain way is not exact. Without a limit they
+/// are off by up to a per cent. It takes ten times as long.
 constexpr double kIntegrationError = 1e-6;
 
-/// Whether there are free-form faces and no triangles, which only the plain way measures.
-bool isFreeForm(const TopoDS_Shape& body) {
-    bool anyFreeForm = false;
+/// Whether the plain way integrates well along a curve: it takes few points for each span, which
+/// is not enough for the quotients of a rational one.
+template <typename Adaptor>
+bool isPlain(const Adaptor& curve) {
+    switch (curve.GetType()) {
+        case GeomAbs_Line:
+        case GeomAbs_Circle:
+        case GeomAbs_Ellipse: return true;
+        case GeomAbs_BezierCurve: return !curve.Bezier()->IsRational();
+        case GeomAbs_BSplineCurve: return !curve.BSpline()->IsRational();
+        default: return false;
+    }
+}
+
+/// The same for an edge of a face. One that has no curve says nothing.
+bool isPlain(const TopoDS_Edge& edge, const TopoDS_Face& face, bool isPlane) {
+    Standard_Real first = 0.0;
+    Standard_Real last = 0.0;
+    if (isPlane) {
+        const Handle(Geom_Curve) curve = BRep_Tool::Curve(edge, first, last);
+        return curve.IsNull() || isPlain(GeomAdaptor_Curve(curve));
+    }
+    const Handle(Geom2d_Curve) curve = BRep_Tool::CurveOnSurface(edge, face, first, last);
+    return curve.IsNull() || isPlain(Geom2dAdaptor_Curve(curve));
+}
+
+/// Whether there are faces that need the limit and no triangles, which only the plain way
+/// measures. The two ways add up differently: one is for all faces.
+bool needsLimit(const TopoDS_Shape& body) {
+    bool any = false;
     for (TopExp_Explorer faces(body, TopAbs_FACE); faces.More(); faces.Next()) {
         const TopoDS_Face& face = TopoDS::Face(faces.Current());
         if (isMeshFace(face)) return false;
-        anyFreeForm = anyFreeForm || kindIndex(face) == kOtherKind;
+        const std::size_t kind = kindIndex(face);
+        any = any || kind == kOtherKind;
+        for (TopExp_Explorer edge(face, TopAbs_EDGE); edge.More() && !any; edge.Next()) {
+            any = !isPlain(TopoDS::Edge(edge.Current()), face, kind == kPlaneKind);
+        }
     }
-    return anyFreeForm;
+    return any;
 }
 
 /// False when the numbers are of no use.
@@ -144,9 +185,9 @@ std::optional<bxtexchange::BodyIdentity> measure(const TopoDS_Shape& body) {
     if (identity.faceCount == 0) return std::nullopt;
 
     const AtHome atHome = bringHome(body);
-    const bool freeForm = isFreeForm(atHome.body);
+    const bool limited = needsLimit(atHome.body);
     GProp_GProps surface;
-    if (freeForm) {
+    if (limited) {
         BRepGProp::SurfaceProperties(atHome.body, surface, kIntegrationError);
     } else {
         BRepGProp::SurfaceProperties(atHome.body, surface);
@@ -159,7 +200,7 @@ std::optional<bxtexchange::BodyIdentity> measure(const TopoDS_Shape& body) {
         return identity;
     }
     GProp_GProps volume;
-    if (freeForm) {
+    if (limited) {
         BRepGProp::VolumeProperties(atHome.body, volume, kIntegrationError);
     } else {
         BRepGProp::VolumeProperties(atHome.body, volume);

@@ -1,8 +1,11 @@
 #include "tests/integration/data/solid_files.h"
 
+#include <BRepAlgoAPI_Cut.hxx>
 #include <BRepBuilderAPI_MakeFace.hxx>
 #include <BRepBuilderAPI_MakePolygon.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
+#include <BRepPrimAPI_MakeCylinder.hxx>
+#include <BRepPrimAPI_MakeHalfSpace.hxx>
 #include <BRepPrimAPI_MakePrism.hxx>
 #include <BRep_Builder.hxx>
 #include <Interface_Static.hxx>
@@ -16,6 +19,7 @@
 #include <TopoDS_Compound.hxx>
 #include <TopoDS_Shell.hxx>
 #include <TopoDS_Solid.hxx>
+#include <gp_Pln.hxx>
 
 namespace data_test {
 namespace {
@@ -90,6 +94,15 @@ TopoDS_Shape flatSolid(double a, double b) {
     builder.Add(shell, face.Reversed());
     shell.Closed(Standard_True);
     return solidOf({shell});
+}
+
+TopoDS_Shape cutCylinder(double radius, double mean, double slope) {
+    const TopoDS_Shape whole = BRepPrimAPI_MakeCylinder(radius, 2 * mean).Shape();
+    const gp_Pln plane(gp_Pnt(0, 0, mean), gp_Dir(-slope, 0, 1));
+    const TopoDS_Shape above =
+        BRepPrimAPI_MakeHalfSpace(BRepBuilderAPI_MakeFace(plane).Face(), gp_Pnt(0, 0, 3 * mean))
+            .Solid();
+    return BRepAlgoAPI_Cut(whole, above).Shape();
 }
 
 TopoDS_Shape bowTie(double a, double b, double height) {

@@ -26,6 +26,9 @@ TopoDS_Shape insideOutBox(double a, double b, double c);
 /// A solid of two faces that lie on one another.
 TopoDS_Shape flatSolid(double a, double b);
 
+/// A cylinder on its base, cut by a plane that rises by `slope` and meets the axis at `mean`.
+TopoDS_Shape cutCylinder(double radius, double mean, double slope);
+
 /// A prism over an outline that crosses itself.
 TopoDS_Shape bowTie(double a, double b, double height);
 
