@@ -38,6 +38,11 @@ int ConsoleUser::answerMessageBox(const headless::MessageBox& box) {
     return kOkPressed;
 }
 
+std::optional<std::wstring> ConsoleUser::answerSaveFile(const ui::SaveFileOptions&) {
+    if (files_.report.empty()) return std::nullopt;
+    return os::toWide(files_.report);
+}
+
 bool ConsoleUser::cancelsProgress() {
     return interrupted() != 0;
 }

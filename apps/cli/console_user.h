@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "apps/cli/console.h"
@@ -8,13 +9,14 @@
 
 namespace cli {
 
-/// The user of one run: names the two files when the host asks for them, once, says no to every
-/// further question, and reads everything else out on the console.
+/// The user of one run: names the two files when the host asks for them, once, and the file to
+/// save, says no to every further question, and reads everything else out on the console.
 class ConsoleUser final : public headless::User {
 public:
     struct Files {
         std::string reference;  ///< as typed
         std::string compare;
+        std::string report;  ///< empty: nothing is saved
     };
 
     /// `console` and `names` outlive the user. `showStatus`: status bar texts become lines.
@@ -23,6 +25,7 @@ public:
 
     void answerDialog(headless::Dialog& dialog) override;
     int answerMessageBox(const headless::MessageBox& box) override;
+    std::optional<std::wstring> answerSaveFile(const ui::SaveFileOptions& options) override;
     bool cancelsProgress() override;
     void seeStatusText(const std::wstring& text) override;
 

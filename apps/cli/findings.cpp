@@ -33,6 +33,18 @@ void countInstances(const bxtsg::SCGeometryResult& geometry, Counts& counts) {
     }
 }
 
+void countLists(const bxtsg::SectionsOutcome& lists, Counts& counts) {
+    namespace section = bxtsg::outcome_section;
+    if (isSwitchedOn(lists, section::BillOfMaterials)) {
+        counts.bom = countBom(lists.billOfMaterials);
+    }
+    if (isSwitchedOn(lists, section::Attributes)) {
+        counts.attributes = countRows(lists.attributes);
+        counts.partAttributes = countParts(lists);
+    }
+    if (isSwitchedOn(lists, section::Pmi)) counts.pmi = countRows(lists.pmi);
+}
+
 bool isDifferent(const std::vector<bxtsg::OutcomeNode>& nodes, std::int32_t index) {
     return index >= 0 && nodes[static_cast<std::size_t>(index)].state != Same;
 }
@@ -49,6 +61,7 @@ Counts count(const Findings& findings) {
             if (differs(*structure, row)) ++counts.differentRows;
         }
     }
+    if (findings.lists) countLists(*findings.lists, counts);
     if (findings.geometry) countInstances(*findings.geometry, counts);
     return counts;
 }
@@ -59,8 +72,11 @@ int exitCodeFor(const Counts& counts, const ExitOn& rule) {
                            0;
     const bool geometry =
         counts.changed + counts.onlyInReference + counts.onlyInCompare + counts.notCompared > 0;
-    const bool different = (rule.structure && structure) || (rule.geometry && geometry) ||
-                           (rule.placement && counts.moved > 0);
+    const bool different =
+        (rule.structure && structure) || (rule.geometry && geometry) ||
+        (rule.placement && counts.moved > 0) || (rule.bom && counts.bom.any()) ||
+        (rule.attributes && (counts.attributes.any() || counts.partAttributes.any())) ||
+        (rule.pmi && counts.pmi.any());
     return different ? exit_code::Different : exit_code::Same;
 }
 

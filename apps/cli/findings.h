@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "apps/cli/options.h"
+#include "apps/cli/row_findings.h"
 #include "platform/bxt/compare_outcome.h"
 #include "platform/exchange/geometry_result.h"
 
@@ -16,7 +17,9 @@ namespace cli {
 struct Findings {
     std::string referenceName;  ///< as the user gave it
     std::string compareName;
+    /// Null while the product structure is switched off.
     const bxtsg::ProductStructureOutcome* structure = nullptr;
+    const bxtsg::SectionsOutcome* lists = nullptr;
     const bxtsg::SCGeometryResult* geometry = nullptr;
     /// What the imports reported beside their models, UTF-8, one sentence each.
     std::vector<std::string> messages;
@@ -39,6 +42,11 @@ struct Counts {
     std::size_t onlyInReference = 0;
     std::size_t onlyInCompare = 0;
     std::size_t notCompared = 0;
+    /// Lines of the lists; all zero for a section that is switched off.
+    RowCounts bom;
+    RowCounts attributes;
+    RowCounts partAttributes;
+    RowCounts pmi;
 };
 
 Counts count(const Findings& findings);

@@ -3,8 +3,8 @@
 #include <cstdlib>
 
 #include "apps/cli/interruptible_clock.h"
+#include "apps/cli/switches.h"
 #include "backends/comparer/comparer.h"
-#include "backends/headless/toolkit.h"
 #include "backends/occt/file_formats.h"
 #include "backends/occt/import_service.h"
 #include "backends/posix/posix.h"
@@ -37,6 +37,10 @@ HostServices::HostServices(const Options& options, RunLog& log) {
     machine.helperMemoryBytes = options.memoryLimitBytes;
     machine.helperWallTimeMs = options.timeLimitMs;
     os::services() = posix::makeServices(machine);
+    if (!options.switches.empty()) {
+        os::services().keyStore =
+            std::make_shared<SwitchOverlay>(os::services().keyStore, options.switches);
+    }
 
     occt::ImportObserver observer;
     observer.log = [&log](const std::string& text) { log.add(text); };
@@ -67,8 +71,12 @@ HostServices::~HostServices() {
     os::services() = {};
 }
 
-void HostServices::installToolkit(std::shared_ptr<headless::User> user) const {
-    ui::services().toolkit = std::make_shared<headless::Toolkit>(std::move(user), kMainCaption);
+void HostServices::installDesktop(std::shared_ptr<headless::User> user) {
+    toolkit_ = std::make_shared<headless::Toolkit>(user, kMainCaption);
+    ui::services().toolkit = toolkit_;
+    ui::services().clipboard = clipboard_;
+    ui::services().fileChooser = std::make_shared<headless::FileChooser>(std::move(user));
+    ui::services().screen = std::make_shared<headless::Screen>();
 }
 
 std::string pluginPath() {

@@ -6,7 +6,8 @@
 
 #include "apps/cli/options.h"
 #include "apps/cli/run_log.h"
-#include "backends/headless/user.h"
+#include "backends/headless/desktop.h"
+#include "backends/headless/toolkit.h"
 
 namespace occt {
 class ImportService;
@@ -24,10 +25,17 @@ public:
     HostServices(const HostServices&) = delete;
     HostServices& operator=(const HostServices&) = delete;
 
-    /// Dialogs and message boxes are answered by this user.
-    void installToolkit(std::shared_ptr<headless::User> user) const;
+    /// Makes the desktop: dialogs, message boxes and choices of files are answered by this user;
+    /// clipboard and screen are this process's own.
+    void installDesktop(std::shared_ptr<headless::User> user);
+
+    /// There from installDesktop() on.
+    const headless::Toolkit& toolkit() const { return *toolkit_; }
+    const headless::Clipboard& clipboard() const { return *clipboard_; }
 
 private:
+    std::shared_ptr<headless::Toolkit> toolkit_;
+    std::shared_ptr<headless::Clipboard> clipboard_ = std::make_shared<headless::Clipboard>();
     std::shared_ptr<occt::ImportService> imports_;
 };
 

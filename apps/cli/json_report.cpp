@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "apps/cli/json_sections.h"
 #include "platform/os/utf8.h"
 
 namespace cli {
@@ -136,17 +137,23 @@ Json summaryJson(const Counts& counts, const ExitOn& rule) {
 
 }  // namespace
 
-std::string jsonReport(const Findings& findings, bool changesOnly, const ExitOn& rule) {
+std::string jsonReport(const Findings& findings, bool changesOnly, const ExitOn& rule,
+                       const Sections& sections) {
+    const Counts counts = count(findings);
+    Json summary = summaryJson(counts, rule);
+    if (findings.lists) addSectionCounts(*findings.lists, counts, summary);
     Json report = {{"format", kFormat},
                    {"program", std::string("bextora ") + BEXTORA_VERSION},
                    {"reference", findings.referenceName},
                    {"compare", findings.compareName},
                    {"changesOnly", changesOnly},
-                   {"summary", summaryJson(count(findings), rule)}};
-    if (findings.structure) {
+                   {"summary", summary}};
+    if (findings.structure && sections.structure) {
         report["productStructure"] = structureJson(*findings.structure, changesOnly);
     }
-    if (findings.geometry) report["geometry"] = geometryJson(*findings.geometry, changesOnly);
+    if (findings.lists) addSections(*findings.lists, sections, changesOnly, report);
+    if (findings.geometry && sections.geometry)
+        report["geometry"] = geometryJson(*findings.geometry, changesOnly);
     report["messages"] = findings.messages;
     return report.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }

@@ -5,11 +5,24 @@
 #include "apps/cli/session.h"
 #include "apps/cli/text.h"
 
+namespace {
+
+int run(const cli::Options& options) {
+    const bool compares = !options.listSwitches && !options.referencePath.empty();
+    if (options.saveSwitches || options.listSwitches) {
+        const int exitCode = cli::runSwitches(options);
+        if (exitCode != cli::exit_code::Same || !compares) return exitCode;
+    }
+    return cli::runSession(options);
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
     cli::Console console(false);
     try {
         const cli::ParsedArguments parsed = cli::parseArguments(argc, argv);
-        if (parsed.options) return cli::runSession(*parsed.options);
+        if (parsed.options) return run(*parsed.options);
         if (!parsed.standardError.empty()) console.line(parsed.standardError);
         if (!cli::writeOutput(parsed.standardOutput)) return cli::exit_code::Trouble;
         return parsed.exitCode;

@@ -3,9 +3,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <cmath>
-#include <limits>
 #include <sstream>
 #include <string_view>
 
@@ -16,15 +13,20 @@ namespace cli {
 namespace {
 
 constexpr const char* kDescription =
-    "Compares two CAD files of any formats that '--formats' lists: product structure and 3D "
-    "geometry, row by row.";
+    "Compares two CAD files of any formats that '--formats' lists: product structure, file "
+    "information with volumes, bill of materials, attributes, PMI and 3D geometry, row by row.";
 
 constexpr const char* kFooter = R"(
 Examples:
-  bextora old.step new.step                 show both trees and what changed
+  bextora old.step new.step                 show every section, row by row
   bextora --changes-only old.step new.step  only what differs
   bextora --json old.step new.step          the same for programs (docs/06-json.md)
   bextora --geometry old.step new.step      which faces changed, where and by how much
+  bextora --sections bom,pmi a.stp b.stp    these two sections alone
+  bextora --parts old.step new.step         the attributes of each part as well
+  bextora --report diff.csv a.stp b.stp     save a table for spreadsheets
+  bextora --copy a.stp b.stp >diff.txt      the same as plain text
+  bextora --set PMICompare=0 --save         leave PMI out from now on
   bextora --exit-on geometry a.stp b.stp    moved or renamed parts still exit with 0
   bextora --keep-result diff.glb a.stp b.stp
                                             keep the coloured 3D result for any viewer
@@ -37,21 +39,10 @@ Words:
                      modified         something below it is not the same
   3D comparison      moved            the same body, standing elsewhere or turned
                      changed          a body of another shape in its place
+  lists              different        in both files with another value
+                     other quantity   the same part, more or fewer times
 
 Exit code: 0 no differences, 1 differences, 2 trouble, 130 interrupted.)";
-
-struct Unit {
-    std::string_view name;
-    std::uint64_t factor;
-};
-
-std::string withSmallLetters(std::string_view text) {
-    std::string small(text);
-    for (char& c : small) {
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
-    return small;
-}
 
 /// A table that reads well on a terminal and is Markdown as well.
 std::string formatTable() {
@@ -79,20 +70,6 @@ std::string formatTable() {
     std::string table = line(heads[0], heads[1], ' ') + line("", "", '-');
     for (const auto& row : rows) table += line(row[0], row[1], ' ');
     return table;
-}
-
-template <std::size_t Count>
-std::optional<std::uint64_t> parseWithUnit(std::string_view text, const Unit (&units)[Count]) {
-    std::uint64_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || number == 0) return std::nullopt;
-    const std::string_view unit(end, static_cast<std::size_t>(text.data() + text.size() - end));
-    for (const Unit& known : units) {
-        if (withSmallLetters(unit) != known.name) continue;
-        if (number > std::numeric_limits<std::uint64_t>::max() / known.factor) return std::nullopt;
-        return number * known.factor;
-    }
-    return std::nullopt;
 }
 
 /// CLI11 reports a wrong value by what a check returns; empty means right.
@@ -164,10 +141,67 @@ void addOutcome(CLI::App& app, Options& options) {
     app.add_option_function<std::string>(
            "--exit-on",
            [&](const std::string& list) { options.exitOn = parseExitOn(list).value_or(ExitOn()); },
-           "Differences that make the exit code 1: structure, geometry, placement (default: all)")
-        ->check(
-            CLI::Validator(checkedBy(parseExitOn, "a list of structure, geometry, placement"), ""))
+           "Differences that make the exit code 1: structure, geometry, placement, bom, "
+           "attributes, pmi (default: all)")
+        ->check(CLI::Validator(
+            checkedBy(parseExitOn,
+                      "a list of structure, geometry, placement, bom, attributes, pmi"),
+            ""))
         ->option_text("LIST");
+}
+
+void addSections(CLI::App& app, Options& options) {
+    app.add_option_function<std::string>(
+           "--sections",
+           [&](const std::string& list) {
+               const bool parts = options.sections.parts;
+               options.sections = parseSections(list).value_or(Sections());
+               options.openStructure = options.sections.structure;
+               options.sections.parts = options.sections.parts || parts;
+           },
+           "What to print: structure, file, bom, attributes, parts, pmi, geometry (default: all "
+           "but parts)")
+        ->check(CLI::Validator(
+            checkedBy(parseSections,
+                      "a list of structure, file, bom, attributes, parts, pmi, geometry"),
+            ""))
+        ->option_text("LIST");
+    app.add_flag("--parts", options.sections.parts, "Print the attributes of each part as well");
+}
+
+void addResultsDialog(CLI::App& app, Options& options) {
+    app.add_flag("--copy", options.copy,
+                 "Print the text that the results dialog copies, and nothing else; with --parts "
+                 "the parts' attributes, with '--sections structure' the trees too");
+    app.add_option("--report", options.report, "Save the report of the results dialog")
+        ->option_text("FILE.csv");
+}
+
+void addSwitches(CLI::App& app, Options& options) {
+    app.add_flag("--settings", options.listSwitches, "List the switches and exit");
+    app.add_option_function<std::vector<std::string>>(
+           "--set",
+           [&](const std::vector<std::string>& texts) {
+               for (const std::string& text : texts) {
+                   if (const auto setting = parseSwitch(text)) options.switches.push_back(*setting);
+               }
+           },
+           "Turn a switch off or on for this run")
+        ->allow_extra_args(false)
+        ->check(CLI::Validator(checkedBy(parseSwitch, "NAME=0 or NAME=1 of a switch"), ""))
+        ->option_text("NAME=0|1");
+    app.add_flag("--save", options.saveSwitches, "Keep what --set sets for good");
+}
+
+/// What a command line must hold beyond what each option asks for itself.
+void checkTogether(const Options& options, const CLI::Option& reference,
+                   const CLI::Option& compare) {
+    if (options.saveSwitches && options.switches.empty())
+        throw CLI::RequiresError("--save", "--set");
+    if (options.copy && options.json) throw CLI::ExcludesError("--copy", "--json");
+    if (options.listSwitches || (options.saveSwitches && reference.empty())) return;
+    if (reference.empty()) throw CLI::RequiredError("REFERENCE");
+    if (compare.empty()) throw CLI::RequiredError("COMPARE");
 }
 
 std::string asError(const std::string& text) {
@@ -175,57 +209,6 @@ std::string asError(const std::string& text) {
 }
 
 }  // namespace
-
-std::optional<std::uint64_t> parseSize(const std::string& text) {
-    constexpr Unit units[] = {{"", 1},
-                              {"k", std::uint64_t{1} << 10},
-                              {"m", std::uint64_t{1} << 20},
-                              {"g", std::uint64_t{1} << 30},
-                              {"t", std::uint64_t{1} << 40}};
-    return parseWithUnit(text, units);
-}
-
-std::optional<std::uint32_t> parseDuration(const std::string& text) {
-    constexpr Unit units[] = {{"", 1000}, {"s", 1000}, {"m", 60000}, {"h", 3600000}};
-    const auto milliseconds = parseWithUnit(text, units);
-    if (!milliseconds || *milliseconds > std::numeric_limits<std::uint32_t>::max()) {
-        return std::nullopt;
-    }
-    return static_cast<std::uint32_t>(*milliseconds);
-}
-
-std::optional<double> parseTolerance(const std::string& text) {
-    double value = 0.0;
-    const char* const end = text.data() + text.size();
-    const auto parsed = std::from_chars(text.data(), end, value, std::chars_format::fixed);
-    const bool number = parsed.ec == std::errc() && parsed.ptr == end && std::isfinite(value);
-    return number && value > 0.0 ? std::optional(value) : std::nullopt;
-}
-
-std::optional<ExitOn> parseExitOn(const std::string& list) {
-    ExitOn wanted{false, false, false};
-    std::size_t from = 0;
-    while (from <= list.size()) {
-        const std::size_t comma = std::min(list.find(',', from), list.size());
-        const std::string word = list.substr(from, comma - from);
-        if (word == "structure") {
-            wanted.structure = true;
-        } else if (word == "geometry") {
-            wanted.geometry = true;
-        } else if (word == "placement") {
-            wanted.placement = true;
-        } else {
-            return std::nullopt;
-        }
-        from = comma + 1;
-    }
-    return wanted;
-}
-
-bool isKeepable(const std::string& path) {
-    const std::string small = withSmallLetters(path);
-    return path.size() > 4 && (small.ends_with(".xbf") || small.ends_with(".glb"));
-}
 
 ParsedArguments parseArguments(int argc, const char* const* argv) {
     ParsedArguments parsed;
@@ -236,18 +219,22 @@ ParsedArguments parseArguments(int argc, const char* const* argv) {
     app.add_flag_callback(
         "--formats", [] { throw CLI::CallForVersion(formatTable(), 0); },
         "List the file formats that are read and exit");
-    app.add_option("REFERENCE", options.referencePath, "The file to compare with")
-        ->required()
-        ->option_text(" ");
-    app.add_option("COMPARE", options.comparePath, "The file that may differ from it")
-        ->required()
-        ->option_text(" ");
+    const auto* const reference =
+        app.add_option("REFERENCE", options.referencePath, "The file to compare with")
+            ->option_text(" ");
+    const auto* const compare =
+        app.add_option("COMPARE", options.comparePath, "The file that may differ from it")
+            ->option_text(" ");
     addFlags(app, options);
+    addSections(app, options);
+    addResultsDialog(app, options);
     addTolerances(app, options);
     addOutcome(app, options);
     addLimits(app, options);
+    addSwitches(app, options);
     try {
         app.parse(argc, argv);
+        checkTogether(options, *reference, *compare);
         parsed.options = options;
     } catch (const CLI::CallForHelp&) {
         parsed.standardOutput = app.help() + "\n";

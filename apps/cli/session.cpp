@@ -10,10 +10,13 @@
 #include "apps/cli/interrupt.h"
 #include "apps/cli/json_report.h"
 #include "apps/cli/plugin_module.h"
+#include "apps/cli/results_window.h"
 #include "apps/cli/run_log.h"
+#include "apps/cli/switches.h"
 #include "apps/cli/text.h"
 #include "apps/cli/text_report.h"
 #include "backends/headless/application.h"
+#include "backends/posix/posix.h"
 #include "platform/exchange/services.h"
 #include "platform/os/services.h"
 #include "platform/os/utf8.h"
@@ -26,12 +29,14 @@ constexpr int kSignalBase = 128;
 
 /// What one run needs, in the order in which it comes to life.
 struct Run {
-    explicit Run(const Options& given) : options(given), console(progressIsWanted()) {}
+    explicit Run(const Options& given)
+        : options(given), console(progressIsWanted()), services(given, log) {}
 
     const Options& options;
     Console console;
     FileNames names;
     RunLog log{console, names};
+    HostServices services;
     std::shared_ptr<ConsoleUser> user;
     std::shared_ptr<headless::Application> application;
 };
@@ -62,22 +67,60 @@ bool keepResult(Run& run, const std::wstring& resultPath) {
     return false;
 }
 
-int report(Run& run, const bxtsg::ProductStructureOutcome& structure,
+/// What Copy gives, in the state of the dialog that the options ask for.
+std::optional<std::string> copiedText(Run& run) {
+    const ResultsWindow window(run.services.toolkit());
+    if (run.options.openStructure) window.openStructure();
+    if (run.options.sections.parts) window.openParts();
+    const auto text = window.copy(run.services.clipboard());
+    if (!text) complain(run, "nothing could be copied");
+    return text ? std::optional(os::toUtf8(*text)) : std::nullopt;
+}
+
+bool saveReport(Run& run) {
+    if (run.options.report.empty()) return true;
+    const auto& writer = os::services().writer;
+    writer->takeFailure();
+    const bool pressed = ResultsWindow(run.services.toolkit()).save();
+    const std::wstring& status = run.user->lastStatusText();
+    if (!pressed || !saysThatAReportWasSaved(status)) {
+        complain(run, printable(status));
+        return false;
+    }
+    if (!writer->takeFailure()) return true;
+    complain(run, printable(std::string_view(run.options.report)) + " could not be written whole");
+    return false;
+}
+
+std::string reportText(const Run& run, const Findings& findings) {
+    const Options& options = run.options;
+    if (options.json) {
+        return jsonReport(findings, options.changesOnly, options.exitOn, options.sections);
+    }
+    const bool colour =
+        options.colour == Colour::Always || (options.colour == Colour::Auto && coloursAreWanted());
+    return textReport(findings, {options.changesOnly, colour, options.geometry, options.sections});
+}
+
+int report(Run& run, bxtsg::SCCompareOutcome& outcome,
            const std::shared_ptr<headless::Document>& document) {
+    // Before anybody looks at the outcome: that builds the trees, and the copied text shows
+    // whether they are built.
+    const auto copied = run.options.copy ? copiedText(run) : std::optional<std::string>("");
+    const bool saved = saveReport(run);
     const auto geometry = document->getAs<bxtsg::SCGeometryResult>(bxtsg::code::GeometryResult);
+    const bxtsg::SectionsOutcome& lists = outcome.sections();
     Findings findings;
     findings.referenceName = run.options.referencePath;
     findings.compareName = run.options.comparePath;
-    findings.structure = &structure;
+    if (isSwitchedOn(lists, bxtsg::outcome_section::ProductStructure)) {
+        findings.structure = &outcome.productStructure();
+    }
+    findings.lists = &lists;
     findings.geometry = geometry.get();
     findings.messages = run.log.messages();
 
-    const bool colour = run.options.colour == Colour::Always ||
-                        (run.options.colour == Colour::Auto && coloursAreWanted());
-    const std::string text =
-        run.options.json
-            ? jsonReport(findings, run.options.changesOnly, run.options.exitOn)
-            : textReport(findings, {run.options.changesOnly, colour, run.options.geometry});
+    const std::string text = run.options.copy ? copied.value_or("") : reportText(run, findings);
     run.console.clearProgress();
     const bool kept = keepResult(run, document->path());
     if (!writeOutput(text)) {
@@ -85,7 +128,8 @@ int report(Run& run, const bxtsg::ProductStructureOutcome& structure,
                  "standard output can't be written: " + std::generic_category().message(errno));
         return exit_code::Trouble;
     }
-    return kept ? exitCodeFor(count(findings), run.options.exitOn) : exit_code::Trouble;
+    if (!copied || !saved || !kept) return exit_code::Trouble;
+    return exitCodeFor(count(findings), run.options.exitOn);
 }
 
 /// What the run left on the active document, as an exit code.
@@ -99,7 +143,7 @@ int conclude(Run& run) {
     const auto outcome =
         document ? document->getAs<bxtsg::SCCompareOutcome>(bxtsg::code::CompareOutcome) : nullptr;
     if (outcome && document->get(bxtsg::code::Compare)) {
-        return report(run, outcome->productStructure(), document);
+        return report(run, *outcome, document);
     }
     run.console.clearProgress();
     explain(run);
@@ -129,9 +173,8 @@ int compare(Run& run) {
 int runSession(const Options& options) {
     catchInterrupts();
     Run run(options);
-    const HostServices services(options, run.log);
     const ConsoleUser::Files files{run.names.typed(options.referencePath),
-                                   run.names.typed(options.comparePath)};
+                                   run.names.typed(options.comparePath), options.report};
     for (const auto& [given, typed] : {std::pair(options.referencePath, files.reference),
                                        std::pair(options.comparePath, files.compare)}) {
         if (given.empty() || !typed.empty()) continue;
@@ -142,8 +185,23 @@ int runSession(const Options& options) {
     }
     run.user = std::make_shared<ConsoleUser>(files, run.console, run.names, options.status);
     run.application = std::make_shared<headless::Application>(run.user, fileFormats());
-    services.installToolkit(run.user);
+    run.services.installDesktop(run.user);
     return compare(run);
+}
+
+int runSwitches(const Options& options) {
+    Console console(false);
+    const os::Services machine = posix::makeServices({});
+    std::shared_ptr<os::KeyStore> store = machine.keyStore;
+    if (options.saveSwitches && !(store && storeSwitches(*store, options.switches))) {
+        console.line("bextora: the switches can't be saved");
+        return exit_code::Trouble;
+    }
+    if (!options.listSwitches) return exit_code::Same;
+    if (!options.switches.empty()) {
+        store = std::make_shared<SwitchOverlay>(store, options.switches);
+    }
+    return writeOutput(switchList(store.get())) ? exit_code::Same : exit_code::Trouble;
 }
 
 }  // namespace cli

@@ -8,4 +8,7 @@ namespace cli {
 /// into a headless host, gives the Compare command, and prints what the result document holds.
 int runSession(const Options& options);
 
+/// What --settings and --save ask for, without a comparison.
+int runSwitches(const Options& options);
+
 }  // namespace cli

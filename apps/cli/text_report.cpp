@@ -85,8 +85,9 @@ std::string structureReport(const ProductStructureOutcome& structure,
         line.push_back({movedNote(reference ? reference : compare), Paint::Faint});
         table.add(std::move(line));
     }
-    if (any) return title + table.text(options.colour);
-    return title + (structure.rows.empty() ? "  nothing in either file\n" : "  no differences\n");
+    if (any) return title + table.text(options.colour) + "\n";
+    return title +
+           (structure.rows.empty() ? "  nothing in either file\n\n" : "  no differences\n\n");
 }
 
 double length(const std::array<double, 3>& v) {
@@ -210,10 +211,10 @@ std::string geometryReport(const bxtsg::SCGeometryResult& geometry,
     }
     const std::string title =
         options.geometry ? "3D comparison within " + shortest(geometry.lengthToleranceMm) + " mm\n"
-                         : "\n3D comparison\n";
-    if (any) return title + table.text(options.colour);
+                         : "3D comparison\n";
+    if (any) return title + table.text(options.colour) + "\n";
     return title +
-           (geometry.instances.empty() ? "  no bodies in either file\n" : "  no differences\n");
+           (geometry.instances.empty() ? "  no bodies in either file\n\n" : "  no differences\n\n");
 }
 
 std::string notesReport(const Findings& findings) {
@@ -226,14 +227,15 @@ std::string notesReport(const Findings& findings) {
             lines += "  " + printable(note) + "\n";
         }
     }
-    return lines.empty() ? lines : "\nNotes\n" + lines;
+    return lines.empty() ? lines : "Notes\n" + lines + "\n";
 }
 
 void appendCount(std::string& text, std::size_t number, const char* what) {
     if (number > 0) append(text, std::to_string(number) + " " + what);
 }
 
-std::string summaryLine(const Counts& counts) {
+std::string summaryLine(const Findings& findings) {
+    const Counts counts = count(findings);
     std::string structure;
     appendCount(structure, counts.added, "added");
     appendCount(structure, counts.deleted, "deleted");
@@ -247,9 +249,10 @@ std::string summaryLine(const Counts& counts) {
     appendCount(geometry, counts.notCompared, "not compared");
     appendCount(geometry, counts.unchanged, "unchanged");
     const bool same = exitCodeFor(counts, ExitOn()) == exit_code::Same;
-    return std::string("\nSummary: ") + (same ? "no differences" : "files differ") +
-           "; structure: " + (structure.empty() ? "same" : structure) +
-           "; 3D: " + (geometry.empty() ? "nothing to compare" : geometry) + "\n";
+    std::string text = std::string("Summary: ") + (same ? "no differences" : "files differ") + "; ";
+    if (findings.structure) text += "structure: " + (structure.empty() ? "same" : structure) + "; ";
+    if (findings.lists) text += sectionsSummary(*findings.lists, counts);
+    return text + "3D: " + (geometry.empty() ? "nothing to compare" : geometry) + "\n";
 }
 
 }  // namespace
@@ -257,10 +260,15 @@ std::string summaryLine(const Counts& counts) {
 std::string textReport(const Findings& findings, const TextReportOptions& options) {
     std::string text = "Reference: " + printable(std::string_view(findings.referenceName)) +
                        "\nCompare:   " + printable(std::string_view(findings.compareName)) + "\n\n";
-    if (findings.structure && !options.geometry)
+    const bool all = !options.geometry;
+    if (findings.structure && all && options.sections.structure) {
         text += structureReport(*findings.structure, options);
-    if (findings.geometry) text += geometryReport(*findings.geometry, options);
-    return text + notesReport(findings) + summaryLine(count(findings));
+    }
+    if (findings.lists && all) text += sectionsReport(*findings.lists, options);
+    if (findings.geometry && (!all || options.sections.geometry)) {
+        text += geometryReport(*findings.geometry, options);
+    }
+    return text + notesReport(findings) + summaryLine(findings);
 }
 
 }  // namespace cli

@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
 
 #include "tests/integration/cli/cli_files.h"
+#include "tests/integration/cli/golden.h"
 #include "tests/integration/cli/schema_check.h"
 #include "tests/support/cli_runner.h"
 #include "tests/support/compare_report.h"
@@ -24,28 +23,19 @@ CliResult runSamples(std::vector<std::string> arguments) {
     return support::runProgram({.arguments = arguments, .workingFolder = BEXTORA_SAMPLES});
 }
 
-void expectGolden(const std::string& name, const std::string& text) {
-    const std::filesystem::path path = std::filesystem::path(BEXTORA_GOLDEN) / name;
-    if (std::getenv("BEXTORA_UPDATE_GOLDENS")) {
-        std::ofstream(path, std::ios::binary) << text;
-        GTEST_SKIP() << "SKIPPED, wrote " << path;
-    }
-    EXPECT_EQ(text, support::readFile(path)) << "update with BEXTORA_UPDATE_GOLDENS=1 after review";
-}
-
 TEST(CliSamplePair, PrintsTheExpectedResultAndExitsWithOne) {
     const CliResult result = runSamples({});
     EXPECT_EQ(result.exitCode, 1) << result.description();
     EXPECT_TRUE(result.standardError.empty()) << result.description();
     EXPECT_TRUE(result.leftFiles.empty()) << result.description();
     EXPECT_TRUE(result.leftProcesses.empty()) << result.description();
-    expectGolden("report.txt", result.standardOutput);
+    golden::expectEqual("gearbox/report.txt", result.standardOutput);
 }
 
 TEST(CliSamplePair, ChangesOnlyPrintsTheExpectedRows) {
     const CliResult result = runSamples({"--changes-only"});
     EXPECT_EQ(result.exitCode, 1) << result.description();
-    expectGolden("changes.txt", result.standardOutput);
+    golden::expectEqual("gearbox/changes.txt", result.standardOutput);
 }
 
 TEST(CliSamplePair, TranscriptInTheReadmeIsWhatTheProgramPrints) {
@@ -70,8 +60,10 @@ TEST(CliSamplePair, ColoursAreThereOnDemandOnly) {
 
 TEST(CliSamplePair, JsonAgreesWithItsSchema) {
     const auto schema = nlohmann::json::parse(support::readFile(BEXTORA_JSON_SCHEMA));
-    for (const std::vector<std::string>& options :
-         {std::vector<std::string>{"--json"}, {"--json", "--changes-only"}}) {
+    for (const std::vector<std::string>& options : {std::vector<std::string>{"--json"},
+                                                    {"--json", "--changes-only"},
+                                                    {"--json", "--parts"},
+                                                    {"--json", "--parts", "--changes-only"}}) {
         const CliResult result = runSamples(options);
         EXPECT_EQ(result.exitCode, 1) << result.description();
         const auto report = nlohmann::json::parse(result.standardOutput, nullptr, false);
@@ -80,7 +72,46 @@ TEST(CliSamplePair, JsonAgreesWithItsSchema) {
             ADD_FAILURE() << error;
         EXPECT_FALSE(report["productStructure"]["rows"].empty());
         EXPECT_FALSE(report["geometry"]["instances"].empty());
+        for (const char* list : {"fileInformation", "billOfMaterials", "attributes", "pmi"}) {
+            EXPECT_FALSE(report[list]["compare"].empty()) << list;
+        }
+        const bool withParts = options.size() > 1 && options[1] == "--parts";
+        EXPECT_EQ(report.contains("parts") && !report["parts"]["rows"].empty(), withParts);
+        EXPECT_GT(report["fileInformation"]["volumes"]["reference"]["value"], 500000.0);
     }
+}
+
+TEST(CliSamplePair, JsonHoldsTheSectionsThatAreAskedFor) {
+    const auto schema = nlohmann::json::parse(support::readFile(BEXTORA_JSON_SCHEMA));
+    const CliResult result = runSamples({"--json", "--sections", "bom,pmi"});
+    const auto report = nlohmann::json::parse(result.standardOutput, nullptr, false);
+    ASSERT_FALSE(report.is_discarded()) << result.description();
+    for (const std::string& error : support::schemaErrors(schema, report)) ADD_FAILURE() << error;
+    EXPECT_TRUE(report.contains("billOfMaterials") && report.contains("pmi"));
+    EXPECT_FALSE(report.contains("productStructure") || report.contains("geometry"));
+    EXPECT_EQ(report["summary"]["billOfMaterials"]["different"], 1);
+    EXPECT_EQ(report["summary"]["exitCode"], 1);
+}
+
+TEST(CliSamplePair, SectionsAreWhatIsPrinted) {
+    const CliResult result = runSamples({"--sections", "bom,parts"});
+    EXPECT_EQ(result.exitCode, 1) << result.description();
+    const std::string& text = result.standardOutput;
+    EXPECT_NE(text.find("\nBill of materials\n"), std::string::npos);
+    EXPECT_NE(text.find("  Bolt M8x25        8          10       other quantity\n"),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find("\nAttributes of parts\n"), std::string::npos);
+    for (const char* absent : {"\nProduct structure\n", "\nFile information\n", "\nPMI\n",
+                               "\nAttributes\n", "\n3D comparison\n"}) {
+        EXPECT_EQ(text.find(absent), std::string::npos) << absent;
+    }
+}
+
+TEST(CliSamplePair, HelpStandsInTheDocumentsAsItIsPrinted) {
+    const std::string help = support::runProgram({.arguments = {"--help"}}).standardOutput;
+    const std::string page = support::readFile(BEXTORA_ROOT "/docs/08-command-line.md");
+    EXPECT_NE(page.find("```\n$ bextora --help\n" + help + "```\n"), std::string::npos) << help;
 }
 
 TEST(CliSamplePair, JsonAndTextTellTheSameStory) {

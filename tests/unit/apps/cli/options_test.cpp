@@ -167,4 +167,83 @@ TEST(CliOptions, TolerancesAreFiniteNumbersAboveZero) {
     EXPECT_EQ(parse({"--tolerance", "0", "a.stp", "b.stp"}).exitCode, cli::exit_code::Trouble);
 }
 
+TEST(CliOptions, SectionsAreAllButPartsUnlessTheyAreNamed) {
+    const auto plain = parse({"a", "b"});
+    ASSERT_TRUE(plain.options);
+    EXPECT_TRUE(plain.options->sections.structure && plain.options->sections.file &&
+                plain.options->sections.bom && plain.options->sections.attributes &&
+                plain.options->sections.pmi && plain.options->sections.geometry);
+    EXPECT_FALSE(plain.options->sections.parts);
+    EXPECT_FALSE(plain.options->openStructure);
+    EXPECT_TRUE(parse({"--parts", "a", "b"}).options->sections.parts);
+    const auto two = parse({"--sections", "pmi,structure", "a", "b"});
+    ASSERT_TRUE(two.options) << two.standardError;
+    EXPECT_TRUE(two.options->sections.pmi && two.options->sections.structure);
+    EXPECT_FALSE(two.options->sections.bom || two.options->sections.geometry);
+    EXPECT_TRUE(two.options->openStructure);
+    EXPECT_TRUE(parse({"--sections", "parts", "a", "b"}).options->sections.parts);
+}
+
+TEST(CliOptions, PartsCountBesideSectionsInEitherOrder) {
+    for (const auto& arguments : {std::vector<const char*>{"--parts", "--sections", "pmi"},
+                                  {"--sections", "pmi", "--parts"}}) {
+        auto all = arguments;
+        all.insert(all.end(), {"a", "b"});
+        const auto parsed = parse(all);
+        ASSERT_TRUE(parsed.options) << parsed.standardError;
+        EXPECT_TRUE(parsed.options->sections.parts);
+        EXPECT_TRUE(parsed.options->sections.pmi);
+        EXPECT_FALSE(parsed.options->sections.file);
+    }
+}
+
+TEST(CliOptions, ListsTakeKnownWordsOnly) {
+    for (const char* list : {"", ",", "bom,", "BOM", "all", " bom", "parts bom"}) {
+        EXPECT_FALSE(cli::parseSections(list)) << list;
+    }
+    const auto rule = cli::parseExitOn("bom,attributes,pmi");
+    ASSERT_TRUE(rule);
+    EXPECT_TRUE(rule->bom && rule->attributes && rule->pmi);
+    EXPECT_FALSE(rule->structure || rule->geometry || rule->placement);
+}
+
+TEST(CliOptions, CopyReportAndSwitchesAreRead) {
+    const auto parsed = parse(
+        {"--copy", "--report", "out.csv", "--set", "PSCompare=0", "--set", "3dreport=1", "a", "b"});
+    ASSERT_TRUE(parsed.options) << parsed.standardError;
+    EXPECT_TRUE(parsed.options->copy);
+    EXPECT_EQ(parsed.options->report, "out.csv");
+    ASSERT_EQ(parsed.options->switches.size(), 2U);
+    EXPECT_EQ(parsed.options->switches[0].name, "PSCompare");
+    EXPECT_FALSE(parsed.options->switches[0].on);
+    EXPECT_EQ(parsed.options->switches[1].name, "3DReport");
+    EXPECT_EQ(parsed.options->comparePath, "b");
+    EXPECT_FALSE(parsed.options->saveSwitches);
+}
+
+TEST(CliOptions, SwitchesNeedNoFiles) {
+    EXPECT_TRUE(parse({"--settings"}).options);
+    EXPECT_TRUE(parse({"--set", "PSCompare=0", "--settings"}).options);
+    EXPECT_TRUE(parse({"--set", "PSCompare=0", "--save"}).options);
+    for (const auto& arguments : {std::vector<const char*>{"--set", "PSCompare=0"},
+                                  {"--save"},
+                                  {"--save", "a", "b"},
+                                  {"--set", "PSCompare=0", "--save", "a"},
+                                  {"--set", "PSCompare=2", "a", "b"},
+                                  {"--set", "Nothing=1", "a", "b"},
+                                  {"--copy", "--json", "a", "b"}}) {
+        const auto parsed = parse(arguments);
+        EXPECT_FALSE(parsed.options);
+        EXPECT_EQ(parsed.exitCode, 2);
+        EXPECT_FALSE(parsed.standardError.empty());
+    }
+}
+
+TEST(CliOptions, FormsThatNobodyWritesAreNotOffered) {
+    const std::string help = parse({"--help"}).standardOutput;
+    EXPECT_NE(help.find("FILE.csv"), std::string::npos);
+    EXPECT_EQ(help.find(".pdf"), std::string::npos);
+    EXPECT_EQ(help.find(".html"), std::string::npos);
+}
+
 }  // namespace
