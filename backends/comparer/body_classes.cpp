@@ -69,8 +69,9 @@ double largestDisplacementMm(const gp_Trsf& motion, const Body& body) {
     return largest;
 }
 
-BodyClasses::BodyClasses(const Side& reference, const Side& compare, const Tolerances& tolerances)
-    : tolerances_(tolerances) {
+BodyClasses::BodyClasses(const Side& reference, const Side& compare, const Tolerances& tolerances,
+                         Shortcuts shortcuts)
+    : tolerances_(tolerances), shortcuts_(shortcuts) {
     for (const Body& body : reference.bodies) reference_.push_back(classify(body));
     for (const Body& body : compare.bodies) compare_.push_back(classify(body));
 }
@@ -78,14 +79,15 @@ BodyClasses::BodyClasses(const Side& reference, const Side& compare, const Toler
 BodyClasses::~BodyClasses() = default;
 
 BodyClasses::Membership BodyClasses::classify(const Body& body) {
-    if (!body.digest.empty()) {
+    const bool knownByDigest = shortcuts_ == Shortcuts::On && !body.digest.empty();
+    if (knownByDigest) {
         const auto known = byDigest_.find(body.digest);
         if (known != byDigest_.end()) return known->second;
     }
     const std::optional<Membership> equal =
         body.identity ? findEqual(body) : findEqualUnmeasured(body);
     const Membership membership = equal ? *equal : newClass(body);
-    if (!body.digest.empty()) byDigest_.emplace(body.digest, membership);
+    if (knownByDigest) byDigest_.emplace(body.digest, membership);
     return membership;
 }
 

@@ -31,7 +31,8 @@ public:
         gp_Trsf motion;
     };
 
-    BodyClasses(const Side& reference, const Side& compare, const Tolerances& tolerances);
+    BodyClasses(const Side& reference, const Side& compare, const Tolerances& tolerances,
+                Shortcuts shortcuts = Shortcuts::On);
     ~BodyClasses();
 
     const Membership& reference(std::uint32_t body) const { return reference_[body]; }
@@ -59,6 +60,7 @@ private:
     const Boundary& boundary(const Body& body);
 
     Tolerances tolerances_;
+    Shortcuts shortcuts_;
     std::vector<Membership> reference_;
     std::vector<Membership> compare_;
     std::vector<const Body*> firsts_;

@@ -271,12 +271,14 @@ std::optional<gp_Pnt> BoundaryFace::nearestOfElementary(const gp_Pnt& point) con
     return surface_.Value(u, v);
 }
 
-std::optional<BoundaryPoint> BoundaryFace::footOf(const gp_Pnt& point) const {
+std::optional<BoundaryPoint> BoundaryFace::footOf(const gp_Pnt& point, double mostMm) const {
     std::optional<BoundaryPoint> best;
     const auto offer = [&](double u, double v) {
-        const auto foot = pointAt(u, v);
-        if (!foot) return;
-        if (!best || foot->point.Distance(point) < best->point.Distance(point)) best = foot;
+        const gp_Pnt here = surface_.Value(u, v);
+        const double mm = here.Distance(point);
+        if (!(mm < mostMm) || inside().Perform(gp_Pnt2d(u, v)) != TopAbs_IN) return;
+        mostMm = mm;
+        best = BoundaryPoint{here, u, v, 0.0};
     };
     double u = 0.0;
     double v = 0.0;

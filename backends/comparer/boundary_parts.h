@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -72,9 +73,13 @@ public:
     bool counts(const BoundaryPoint& sample) const;
     bool isNear(const BoundaryPoint& sample, double toleranceMm) const;
 
-    /// The nearest point of the face off its edges; empty when it is nearer at them.
-    std::optional<BoundaryPoint> footOf(const gp_Pnt& point) const;
-    /// The point of the surface there when it lies within the edges.
+    /// The nearest point of the face off its edges; empty when it is nearer at them, or when no
+    /// point is nearer than `mostMm`: whether a point lies within the edges takes time to find out.
+    std::optional<BoundaryPoint> footOf(const gp_Pnt& point,
+                                        double mostMm = std::numeric_limits<double>::max()) const;
+    /// The point of the surface there, within the edges or not.
+    gp_Pnt value(double u, double v) const { return surface_.Value(u, v); }
+    /// The same when it lies within the edges.
     std::optional<BoundaryPoint> pointAt(double u, double v) const;
     double firstU() const { return u0_; }
     double lastU() const { return u1_; }

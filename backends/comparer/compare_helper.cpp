@@ -4,6 +4,7 @@
 #include "backends/comparer/helper_support.h"
 #include "backends/comparer/instances.h"
 #include "backends/comparer/matching.h"
+#include "backends/comparer/mesh_units.h"
 #include "backends/comparer/result_document.h"
 #include "backends/comparer/result_rows.h"
 #include "backends/comparer/scene.h"
@@ -17,6 +18,8 @@ struct Task {
     std::string compareFolder;
     std::string out;
     Tolerances tolerances;
+    Shortcuts shortcuts = Shortcuts::On;
+    Effort effort;
 };
 
 std::optional<Task> taskFrom(const std::vector<std::string>& arguments) {
@@ -29,11 +32,17 @@ std::optional<Task> taskFrom(const std::vector<std::string>& arguments) {
     const auto length = parsePositive(text("length-tolerance"));
     const auto relative = parsePositive(text("relative-tolerance"));
     const auto angle = parsePositive(text("angle-tolerance"));
-    Task task{text("reference"), text("compare"), text("out"), {}};
+    Task task{text("reference"), text("compare"), text("out"), {}, Shortcuts::On, {}};
     const bool complete =
         !task.referenceFolder.empty() && !task.compareFolder.empty() && !task.out.empty();
     if (!complete || !length || !relative || !angle) return std::nullopt;
     task.tolerances = {*length, *relative, *angle};
+    if (text("shortcuts") == "off") task.shortcuts = Shortcuts::Off;
+    if (options->contains("body-limit-s")) {
+        const auto limit = parsePositive(text("body-limit-s"));
+        if (!limit) return std::nullopt;
+        task.effort.bodyTimeLimitS = *limit;
+    }
     return task;
 }
 
@@ -50,10 +59,10 @@ std::optional<Side> loadSide(const std::string& folder, Names& names, Reporter& 
 bool compare(const Task& task, Reporter& reporter) {
     Names names;
     reporter.progress(0.0, "reading");
-    const auto reference = loadSide(task.referenceFolder, names, reporter);
+    auto reference = loadSide(task.referenceFolder, names, reporter);
     if (!reference) return false;
     reporter.progress(0.15, "reading");
-    const auto other = loadSide(task.compareFolder, names, reporter);
+    auto other = loadSide(task.compareFolder, names, reporter);
     if (!other) return false;
 
     std::string cause;
@@ -64,14 +73,15 @@ bool compare(const Task& task, Reporter& reporter) {
         return true;
     }
     reporter.progress(0.3, "measuring");
-    BodyClasses classes(*reference, *other, task.tolerances);
+    adoptUnits(*reference, *other);
+    BodyClasses classes(*reference, *other, task.tolerances, task.shortcuts);
     reporter.progress(0.6, "matching");
     std::vector<Match> matches =
         matchInstances(*reference, *other, names, classes, task.tolerances,
                        [&](double part) { reporter.progress(0.6 + 0.1 * part, "matching"); });
-    const FaceReport faces =
-        compareFaces(*reference, *other, task.tolerances, matches,
-                     [&](double part) { reporter.progress(0.7 + 0.2 * part, "comparing faces"); });
+    const FaceReport faces = compareFaces(
+        *reference, *other, task.tolerances, matches,
+        [&](double part) { reporter.progress(0.7 + 0.2 * part, "comparing faces"); }, task.effort);
     reporter.progress(0.9, "writing");
     const bxtsg::SCGeometryResult result =
         buildResult(*reference, *other, names, matches, task.tolerances, faces);

@@ -40,6 +40,10 @@ struct Options {
     /// less than the tightest general tolerance for angles on drawings, five minutes of arc. It
     /// tells faces apart that are too small for the length tolerance to see them turn.
     double angleToleranceDeg = 0.05;
+    /// False looks at bodies of identical content as at any others, for tests.
+    bool shortcuts = true;
+    /// Two bodies whose faces take longer to compare are not compared.
+    double bodyTimeLimitS = 120.0;
     Observer observer;
 };
 
@@ -53,6 +57,7 @@ bxtexchange::Services makeServices(std::shared_ptr<occt::ImportService> imports,
 /// for success; a failure has been sent to the host by then.
 ///   compare --reference FOLDER --compare FOLDER --out FILE
 ///           --length-tolerance MM --relative-tolerance NUMBER --angle-tolerance DEG
+///           [--shortcuts off] [--body-limit-s SECONDS]
 ///   keep --result FILE --out FILE.glb
 /// The name of the command itself may stand first. `compare` sends the number of the comparer's
 /// status as the result "status" and writes FILE only when it is 0.

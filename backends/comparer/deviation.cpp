@@ -2,44 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <numeric>
 #include <optional>
+#include <queue>
 #include <vector>
 
-#include "backends/comparer/nearest_tree.h"
+#include "backends/comparer/body_distance.h"
 
 namespace comparer {
 namespace {
-
-/// Distances from a body, its faces and edges as one hierarchy of boxes.
-class BodyDistance {
-public:
-    explicit BodyDistance(const FaceSet& set) : set_(set), tree_(boxesOf(set)) {}
-
-    double mm(const gp_Pnt& point, double enough) const {
-        return tree_.nearest(point, enough, [&](std::uint32_t number) {
-            if (number >= set_.faceCount()) {
-                return set_.edges().list[number - set_.faceCount()].distanceMm(point);
-            }
-            const auto foot = set_.boundary(number).footOf(point);
-            return foot ? foot->point.Distance(point) : std::numeric_limits<double>::max();
-        });
-    }
-
-private:
-    static std::vector<Bnd_Box> boxesOf(const FaceSet& set) {
-        std::vector<Bnd_Box> boxes;
-        for (std::uint32_t f = 0; f < set.faceCount(); ++f) {
-            boxes.push_back(set.boundary(f).box());
-        }
-        for (const BoundaryEdge& edge : set.edges().list) boxes.push_back(edge.box());
-        return boxes;
-    }
-
-    const FaceSet& set_;
-    NearestTree tree_;
-};
 
 /// A place on a face or an edge, and its distance from the other body.
 struct Probe {
@@ -50,45 +21,110 @@ struct Probe {
     double v = 0.0;
 };
 
+/// A rectangle of a face's parameters, around a point whose distance is known. Going from one
+/// point to another changes the distance by no more than the way: that bounds it for all of them.
+struct Cell {
+    double mostMm = 0.0;  ///< no point of the cell is further from the other body
+    std::uint32_t number = 0;
+    std::uint32_t face = 0;
+    double u = 0.0;
+    double v = 0.0;
+    double halfU = 0.0;
+    double halfV = 0.0;
+
+    bool operator<(const Cell& other) const {
+        return mostMm != other.mostMm ? mostMm < other.mostMm : number > other.number;
+    }
+};
+
+/// Only what may still become the largest is measured to the end.
+constexpr double kPromising = 0.8;
+constexpr double kCloseEnough = 1.002;
+
 class OneWay {
 public:
     OneWay(const FaceSet& own, const FaceSet& other, const BodyDistance& distance,
-           const gp_Trsf& motion)
-        : own_(own), other_(other), distance_(distance), motion_(motion) {}
+           const gp_Trsf& motion, const TimeLimit& limit)
+        : own_(own), other_(other), distance_(distance), motion_(motion), limit_(limit) {}
 
     double run(const std::vector<std::uint32_t>& changed, const std::vector<bool>& edgeKept,
                const std::vector<std::uint32_t>& otherChanged,
                const std::vector<bool>& otherEdgeKept) {
         const std::vector<gp_Pnt> targets = middlesOfOutlines(otherChanged, otherEdgeKept);
-        std::size_t faces = 0;
-        for (const std::uint32_t p : changed) faces += own_.patches()[p].faces.size();
-        const double share = kMostProbes / std::max<double>(static_cast<double>(faces), 1.0);
-        const int perDirection = std::clamp(static_cast<int>(std::sqrt(share)), 2, 7);
         for (const std::uint32_t p : changed) {
             const Patch& patch = own_.patches()[p];
             for (const std::uint32_t edge : patch.edges) {
                 if (!edgeKept[edge]) probeEdge(edge);
             }
-            for (const std::uint32_t face : patch.faces) probeFace(face, perDirection);
             for (const gp_Pnt& target : targets) probeTarget(patch, target);
         }
+        for (const std::uint32_t p : changed) {
+            for (const std::uint32_t face : own_.patches()[p].faces) {
+                const BoundaryFace& part = own_.boundary(face);
+                const double halfU = (part.lastU() - part.firstU()) / 2.0;
+                const double halfV = (part.lastV() - part.firstV()) / 2.0;
+                addCell({0.0, 0, face, part.firstU() + halfU, part.firstV() + halfV, halfU, halfV});
+            }
+        }
+        probeCells();
         return refine();
     }
 
 private:
-    static constexpr double kMostProbes = 20000.0;
+    /// Beyond one per face.
+    static constexpr int kMostCells = 4000;
     static constexpr std::size_t kSeeds = 4;
 
     double mmAt(const gp_Pnt& point, double enough) const {
+        limit_.check();
         return distance_.mm(point.Transformed(motion_), enough);
     }
 
     void offer(Probe probe, const gp_Pnt& point) {
-        // Only what may still become the largest is measured to the end.
-        constexpr double kPromising = 0.8;
         probe.mm = mmAt(point, kPromising * most_);
+        take(probe);
+    }
+
+    void take(const Probe& probe) {
         if (probe.mm > kPromising * most_) seeds_.push_back(probe);
         most_ = std::max(most_, probe.mm);
+    }
+
+    void addCell(Cell cell) {
+        // Curves between the corners reach out a little further than those.
+        constexpr double kRoom = 1.1;
+        const BoundaryFace& face = own_.boundary(cell.face);
+        const gp_Pnt middle = face.value(cell.u, cell.v);
+        double reach = 0.0;
+        for (int i = 0; i < 9; ++i) {
+            const gp_Pnt rim =
+                face.value(cell.u + (i % 3 - 1) * cell.halfU, cell.v + (i / 3 - 1) * cell.halfV);
+            reach = std::max(reach, kRoom * middle.Distance(rim));
+        }
+        const double mm = mmAt(middle, std::max(kPromising * most_, most_ - reach));
+        cell.mostMm = mm + reach;
+        cell.number = ++cells_;
+        // Whether a point is within the edges takes longer than its distance.
+        if (mm > kPromising * most_ && face.pointAt(cell.u, cell.v)) {
+            take({mm, cell.face, false, cell.u, cell.v});
+        }
+        if (cell.mostMm > kCloseEnough * most_) open_.push(cell);
+    }
+
+    /// Goes where the largest may still be, until it can't be much larger than what was found.
+    void probeCells() {
+        for (int i = 0; i < kMostCells && !open_.empty(); i += 4) {
+            const Cell cell = open_.top();
+            open_.pop();
+            if (cell.mostMm <= kCloseEnough * most_) break;
+            const double u = cell.halfU / 2.0;
+            const double v = cell.halfV / 2.0;
+            for (const double du : {-u, u}) {
+                for (const double dv : {-v, v}) {
+                    addCell({0.0, 0, cell.face, cell.u + du, cell.v + dv, u, v});
+                }
+            }
+        }
     }
 
     void probeEdge(std::uint32_t number) {
@@ -99,17 +135,6 @@ private:
         for (int i = 0; i <= kPerEdge; ++i) {
             const double u = first + (last - first) * i / kPerEdge;
             offer({0.0, number, true, u, 0.0}, edge.value(u));
-        }
-    }
-
-    void probeFace(std::uint32_t number, int perDirection) {
-        const BoundaryFace& face = own_.boundary(number);
-        for (int i = 0; i < perDirection * perDirection; ++i) {
-            const double s = (i % perDirection + 0.5) / perDirection;
-            const double t = (i / perDirection + 0.5) / perDirection;
-            const auto point = face.pointAt(face.firstU() + s * (face.lastU() - face.firstU()),
-                                            face.firstV() + t * (face.lastV() - face.firstV()));
-            if (point) offer({0.0, number, false, point->u, point->v}, point->point);
         }
     }
 
@@ -245,14 +270,17 @@ private:
     const FaceSet& other_;
     const BodyDistance& distance_;
     gp_Trsf motion_;
+    const TimeLimit& limit_;
     double most_ = 0.0;
     std::vector<Probe> seeds_;
+    std::priority_queue<Cell> open_;
+    std::uint32_t cells_ = 0;
 };
 
 }  // namespace
 
 double largestDeviationMm(const FaceSet& reference, const FaceSet& compare, const gp_Trsf& motion,
-                          const FaceMatching& matching) {
+                          const FaceMatching& matching, const TimeLimit& limit) {
     if (matching.same()) return 0.0;
     std::vector<std::uint32_t> ofReference = matching.removed;
     std::vector<std::uint32_t> ofCompare = matching.added;
@@ -265,10 +293,10 @@ double largestDeviationMm(const FaceSet& reference, const FaceSet& compare, cons
     const BodyDistance toReference(reference);
     const BodyDistance toCompare(compare);
     const double there =
-        OneWay(reference, compare, toCompare, motion)
+        OneWay(reference, compare, toCompare, motion, limit)
             .run(ofReference, matching.referenceEdgeKept, ofCompare, matching.compareEdgeKept);
     const double back =
-        OneWay(compare, reference, toReference, motion.Inverted())
+        OneWay(compare, reference, toReference, motion.Inverted(), limit)
             .run(ofCompare, matching.compareEdgeKept, ofReference, matching.referenceEdgeKept);
     return std::max(there, back);
 }

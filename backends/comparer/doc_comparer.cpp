@@ -82,12 +82,13 @@ DocComparer::Answer DocComparer::compareFiles(const std::string& referencePath,
         return answer;
     }
     const std::string names = referencePath + " and " + comparePath;
-    const HelperOutcome outcome =
-        runHelper({"compare", "--reference", reference, "--compare", compare, "--out", out,
-                   "--length-tolerance", numberText(options_.lengthToleranceMm),
-                   "--relative-tolerance", numberText(options_.relativeTolerance),
-                   "--angle-tolerance", numberText(options_.angleToleranceDeg)},
-                  {progress, [&](const std::string& text) { log(text); }});
+    const HelperOutcome outcome = runHelper(
+        {"compare", "--reference", reference, "--compare", compare, "--out", out,
+         "--length-tolerance", numberText(options_.lengthToleranceMm), "--relative-tolerance",
+         numberText(options_.relativeTolerance), "--angle-tolerance",
+         numberText(options_.angleToleranceDeg), "--body-limit-s",
+         numberText(options_.bodyTimeLimitS), "--shortcuts", options_.shortcuts ? "on" : "off"},
+        {progress, [&](const std::string& text) { log(text); }});
     answer.killed = outcome.end == os::ProcessEnd::Killed;
     if (outcome.good) {
         take(outcome, out, names, answer);

@@ -40,9 +40,10 @@ struct Half {
 };
 
 std::vector<bool> keptEdges(PartIndex<BoundaryEdge>& own, const PartIndex<BoundaryEdge>& other,
-                            const gp_Trsf& motion, double toleranceMm) {
+                            const gp_Trsf& motion, double toleranceMm, const TimeLimit& limit) {
     std::vector<bool> kept(own.list.size());
     for (std::size_t i = 0; i < own.list.size(); ++i) {
+        limit.check();
         const auto& points = own.pointsOf(i);
         kept[i] = std::all_of(points.begin(), points.end(), [&](BoundaryPoint point) {
             point.point.Transform(motion);
@@ -55,8 +56,9 @@ std::vector<bool> keptEdges(PartIndex<BoundaryEdge>& own, const PartIndex<Bounda
 class FaceMatcher {
 public:
     FaceMatcher(FaceSet& reference, FaceSet& compare, const gp_Trsf& motion,
-                const Tolerances& tolerances)
+                const Tolerances& tolerances, const TimeLimit& limit)
         : tolerances_(tolerances),
+          limit_(limit),
           motion_(motion),
           back_(motion.Inverted()),
           reference_(reference),
@@ -65,8 +67,8 @@ public:
     FaceMatching run() {
         PartIndex<BoundaryEdge>& a = reference_.set->edges();
         PartIndex<BoundaryEdge>& b = compare_.set->edges();
-        reference_.edgeKept = keptEdges(a, b, motion_, tolerances_.lengthMm);
-        compare_.edgeKept = keptEdges(b, a, back_, tolerances_.lengthMm);
+        reference_.edgeKept = keptEdges(a, b, motion_, tolerances_.lengthMm, limit_);
+        compare_.edgeKept = keptEdges(b, a, back_, tolerances_.lengthMm, limit_);
         pairSame();
         pairChanged();
         return finish();
@@ -86,6 +88,7 @@ private:
             if (compare_.keepsEdges(c)) grid.add(compare_.patch(c).centre, c);
         }
         for (std::uint32_t r = 0; r < reference_.partner.size(); ++r) {
+            limit_.check();
             if (!reference_.keepsEdges(r)) continue;
             const gp_Pnt place = reference_.patch(r).centre.Transformed(motion_);
             std::vector<std::pair<double, std::uint32_t>> candidates;
@@ -198,6 +201,7 @@ private:
         if (references.size() > kMostPairs / std::max<std::size_t>(compares.size(), 1)) return;
         std::vector<Candidate> candidates;
         for (const std::uint32_t r : references) {
+            limit_.check();
             for (const std::uint32_t c : compares) addCandidate(r, c, candidates);
         }
         std::sort(candidates.begin(), candidates.end(), [](const auto& x, const auto& y) {
@@ -261,6 +265,7 @@ private:
     }
 
     Tolerances tolerances_;
+    const TimeLimit& limit_;
     gp_Trsf motion_;
     gp_Trsf back_;
     Half reference_;
@@ -272,8 +277,8 @@ private:
 }  // namespace
 
 FaceMatching matchFaces(FaceSet& reference, FaceSet& compare, const gp_Trsf& motion,
-                        const Tolerances& tolerances) {
-    return FaceMatcher(reference, compare, motion, tolerances).run();
+                        const Tolerances& tolerances, const TimeLimit& limit) {
+    return FaceMatcher(reference, compare, motion, tolerances, limit).run();
 }
 
 }  // namespace comparer

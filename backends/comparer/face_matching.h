@@ -44,7 +44,8 @@ struct FaceMatching {
 /// length tolerance. What is left is paired by surface, then by shape, then by place; the result
 /// of A against B is that of B against A with the sides exchanged.
 /// Takes time in proportion to the faces, and to the product of what changed on either side.
+/// Throws OutOfTime.
 FaceMatching matchFaces(FaceSet& reference, FaceSet& compare, const gp_Trsf& motion,
-                        const Tolerances& tolerances);
+                        const Tolerances& tolerances, const TimeLimit& limit = {});
 
 }  // namespace comparer

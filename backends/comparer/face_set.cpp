@@ -151,7 +151,8 @@ bool allOn(const Carrier& carrier, const std::vector<PatchSample>& own,
 
 }  // namespace
 
-FaceSet::FaceSet(const TopoDS_Shape& shape, double toleranceMm) : toleranceMm_(toleranceMm) {
+FaceSet::FaceSet(const TopoDS_Shape& shape, double toleranceMm, const TimeLimit& limit)
+    : toleranceMm_(toleranceMm), limit_(limit) {
     solid_ = TopExp_Explorer(shape, TopAbs_SOLID).More();
     std::vector<Piece> pieces;
     measureFaces(shape, pieces);
@@ -164,6 +165,7 @@ void FaceSet::measureFaces(const TopoDS_Shape& shape, std::vector<Piece>& pieces
     const double fitMm = toleranceMm_ / 2.0;
     std::uint32_t ordinal = 0;
     for (TopExp_Explorer it(shape, TopAbs_FACE); it.More(); it.Next(), ++ordinal) {
+        limit_.check();
         const TopoDS_Face& face = TopoDS::Face(it.Current());
         Piece piece;
         piece.surface = BRep_Tool::Surface(face, piece.location);
@@ -200,6 +202,7 @@ void FaceSet::indexEdges(const TopoDS_Shape& shape) {
     const TopTools_MapOfShape seams = seamsOf(faces_);
     std::vector<std::uint32_t> numbers(static_cast<std::size_t>(all.Extent()) + 1, kNoEdge);
     for (Standard_Integer i = 1; i <= all.Extent(); ++i) {
+        limit_.check();
         const TopoDS_Edge& edge = TopoDS::Edge(all(i));
         if (BRep_Tool::Degenerated(edge) || seams.Contains(edge)) continue;
         numbers[static_cast<std::size_t>(i)] = static_cast<std::uint32_t>(edges_.list.size());
@@ -236,6 +239,7 @@ void FaceSet::joinFaces(const std::vector<Piece>& pieces) {
     };
     std::vector<std::uint32_t> firstFace(edges_.list.size(), kNoEdge);
     for (std::uint32_t f = 0; f < faces_.size(); ++f) {
+        limit_.check();
         for (const std::uint32_t edge : edgesOfFace_[f]) {
             if (firstFace[edge] == kNoEdge) firstFace[edge] = f;
             const std::uint32_t a = find(firstFace[edge]);

@@ -9,6 +9,7 @@
 
 #include "backends/comparer/carrier.h"
 #include "backends/comparer/part_index.h"
+#include "backends/comparer/time_limit.h"
 
 namespace comparer {
 
@@ -38,8 +39,8 @@ struct Patch {
 /// The faces of a body as patches, and all its edges by place.
 class FaceSet {
 public:
-    /// Throws what the geometry library throws for a shape that can't be evaluated.
-    FaceSet(const TopoDS_Shape& shape, double toleranceMm);
+    /// Throws OutOfTime, and what the geometry library throws for a shape that can't be evaluated.
+    FaceSet(const TopoDS_Shape& shape, double toleranceMm, const TimeLimit& limit = {});
 
     const std::vector<Patch>& patches() const { return patches_; }
     const TopoDS_Face& face(std::uint32_t number) const { return faces_[number]; }
@@ -70,6 +71,7 @@ private:
     bool onOneSurface(const Piece& a, const Piece& b) const;
 
     double toleranceMm_;
+    TimeLimit limit_;
     bool solid_ = false;
     std::vector<TopoDS_Face> faces_;
     std::vector<std::uint32_t> ordinals_;

@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
-#include <numbers>
 #include <optional>
 #include <string_view>
 #include <tuple>
 
-#include <gp_Quaternion.hxx>
-
+#include "backends/comparer/motion_text.h"
 #include "backends/comparer/pairing.h"
 #include "backends/comparer/point_grid.h"
 
@@ -361,21 +359,20 @@ private:
             const gp_Vec way(reference_.centres[r], compare_.centres[c]);
             match.displacementMm = {way.X(), way.Y(), way.Z()};
         }
-        if (match.state == GeometryState::Moved) match.rotationDeg = rotationDeg(r, c);
+        if (match.state == GeometryState::Moved) findRotation(r, c, match);
         const auto number = static_cast<std::int32_t>(matches_.size());
         reference_.partner[r] = number;
         compare_.partner[c] = number;
         matches_.push_back(std::move(match));
     }
 
-    double rotationDeg(std::size_t r, std::size_t c) {
-        gp_Trsf motion = compare_.poses[c] * reference_.poses[r].Inverted();
+    void findRotation(std::size_t r, std::size_t c, Match& match) {
+        const gp_Trsf motion = compare_.poses[c] * reference_.poses[r].Inverted();
         // A body that only slid may still be symmetric in the way that its frame turned.
         gp_Trsf slide;
         slide.SetTranslation(reference_.centres[r], compare_.centres[c]);
         const gp_Trsf rest = (slide * reference_.poses[r]).Inverted() * compare_.poses[c];
-        if (classes_.staysInPlace(reference_.classes[r], rest)) return 0.0;
-        return motion.GetRotation().GetRotationAngle() * 180.0 / std::numbers::pi;
+        if (!classes_.staysInPlace(reference_.classes[r], rest)) setRotation(motion, match);
     }
 
     std::vector<Match> inFinalOrder() {

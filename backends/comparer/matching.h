@@ -22,6 +22,7 @@ struct Match {
     bxtexchange::MatchEvidence evidence = bxtexchange::MatchEvidence::None;
     std::array<double, 3> displacementMm = {};
     double rotationDeg = 0.0;
+    std::array<double, 3> rotationAxis = {};  ///< unit vector in world space; 0 without rotation
     bool ambiguous = false;
     std::string note;
 };

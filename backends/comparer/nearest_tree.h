@@ -7,23 +7,40 @@
 #include <utility>
 #include <vector>
 
-#include <Bnd_Box.hxx>
 #include <gp_Pnt.hxx>
+#include <gp_XYZ.hxx>
 
 namespace comparer {
 
 /// Numbered boxes as a hierarchy that answers how near the nearest of what they hold is.
 class NearestTree {
+    static constexpr double kFar = std::numeric_limits<double>::max();
+
 public:
-    explicit NearestTree(std::vector<Bnd_Box> boxes) : boxes_(std::move(boxes)) {
+    /// Corners of a box; void when the lower lies above the upper.
+    struct Extent {
+        gp_XYZ low = gp_XYZ(kFar, kFar, kFar);
+        gp_XYZ high = gp_XYZ(-kFar, -kFar, -kFar);
+
+        void add(const gp_XYZ& point) {
+            for (int axis = 1; axis <= 3; ++axis) {
+                low.SetCoord(axis, std::min(low.Coord(axis), point.Coord(axis)));
+                high.SetCoord(axis, std::max(high.Coord(axis), point.Coord(axis)));
+            }
+        }
+        bool isVoid() const { return low.X() > high.X(); }
+    };
+
+    explicit NearestTree(std::vector<Extent> boxes) : boxes_(std::move(boxes)) {
         for (std::uint32_t i = 0; i < boxes_.size(); ++i) {
-            if (!boxes_[i].IsVoid()) order_.push_back(i);
+            if (!boxes_[i].isVoid()) order_.push_back(i);
         }
         if (!order_.empty()) build();
     }
 
-    /// The least of `distanceOf(number)` over all numbers; those whose box is further away than
-    /// what was found are not asked. Ends early with what it has once that is not above `enough`.
+    /// The least of `distanceOf(number, most)` over all numbers; those whose box is further away
+    /// than what was found are not asked, and nobody has to tell distances above `most` apart. Ends
+    /// early with what it has once that is not above `enough`.
     template <typename Distance>
     double nearest(const gp_Pnt& point, double enough, Distance distanceOf) const {
         double least = std::numeric_limits<double>::max();
@@ -37,7 +54,7 @@ public:
             if (node.count > 0) {
                 for (std::uint32_t i = node.first; i < node.first + node.count; ++i) {
                     if (mmTo(boxes_[order_[i]], point) >= least) continue;
-                    least = std::min(least, distanceOf(order_[i]));
+                    least = std::min(least, distanceOf(order_[i], least));
                 }
                 continue;
             }
@@ -54,30 +71,33 @@ public:
 
 private:
     struct Node {
-        Bnd_Box box;
+        Extent box;
         std::uint32_t first = 0;  ///< of the order, or of the two halves
         std::uint32_t count = 0;  ///< 0 for a node with halves
     };
 
     static constexpr std::uint32_t kLeaf = 4;
 
-    static double mmTo(const Bnd_Box& box, const gp_Pnt& point) {
-        double x0 = 0.0, y0 = 0.0, z0 = 0.0, x1 = 0.0, y1 = 0.0, z1 = 0.0;
-        box.Get(x0, y0, z0, x1, y1, z1);
-        const double dx = std::max({x0 - point.X(), 0.0, point.X() - x1});
-        const double dy = std::max({y0 - point.Y(), 0.0, point.Y() - y1});
-        const double dz = std::max({z0 - point.Z(), 0.0, point.Z() - z1});
+    static double mmTo(const Extent& box, const gp_Pnt& point) {
+        const auto beyond = [](double low, double value, double high) {
+            return std::max({low - value, 0.0, value - high});
+        };
+        const double dx = beyond(box.low.X(), point.X(), box.high.X());
+        const double dy = beyond(box.low.Y(), point.Y(), box.high.Y());
+        const double dz = beyond(box.low.Z(), point.Z(), box.high.Z());
         return std::sqrt(dx * dx + dy * dy + dz * dz);
     }
 
     double middle(std::uint32_t number, int axis) const {
-        const gp_XYZ sum = boxes_[number].CornerMin().XYZ() + boxes_[number].CornerMax().XYZ();
-        return sum.Coord(axis);
+        return boxes_[number].low.Coord(axis) + boxes_[number].high.Coord(axis);
     }
 
-    Bnd_Box around(std::uint32_t first, std::uint32_t count) const {
-        Bnd_Box box;
-        for (std::uint32_t i = first; i < first + count; ++i) box.Add(boxes_[order_[i]]);
+    Extent around(std::uint32_t first, std::uint32_t count) const {
+        Extent box;
+        for (std::uint32_t i = first; i < first + count; ++i) {
+            box.add(boxes_[order_[i]].low);
+            box.add(boxes_[order_[i]].high);
+        }
         return box;
     }
 
@@ -92,7 +112,7 @@ private:
     void split(std::size_t n) {
         const std::uint32_t first = nodes_[n].first;
         const std::uint32_t count = nodes_[n].count;
-        const gp_XYZ size = nodes_[n].box.CornerMax().XYZ() - nodes_[n].box.CornerMin().XYZ();
+        const gp_XYZ size = nodes_[n].box.high - nodes_[n].box.low;
         int axis = 1;
         for (int i = 2; i <= 3; ++i) {
             if (size.Coord(i) > size.Coord(axis)) axis = i;
@@ -111,7 +131,7 @@ private:
             {around(first + count / 2, count - count / 2), first + count / 2, count - count / 2});
     }
 
-    std::vector<Bnd_Box> boxes_;
+    std::vector<Extent> boxes_;
     std::vector<std::uint32_t> order_;
     std::vector<Node> nodes_;
 };

@@ -6,6 +6,7 @@
 #include <map>
 #include <unordered_map>
 
+#include "backends/comparer/motion_text.h"
 #include "platform/os/utf8.h"
 
 namespace comparer {
@@ -15,7 +16,7 @@ using bxtexchange::BodyIdentity;
 using bxtexchange::GeometryInstance;
 using bxtexchange::GeometryInstanceSide;
 
-constexpr char kMagic[] = "bextora geometry result 1\n";
+constexpr char kMagic[] = "bextora geometry result 2\n";
 
 // A number stands in the bytes as this machine keeps it: results don't travel between machines.
 
@@ -157,6 +158,9 @@ private:
             (instance.reference.present ? 4 : 0) | (instance.compare.present ? 8 : 0)));
         rows_.numbers(instance.displacementMm);
         rows_.number(instance.rotationDeg);
+        rows_.numbers(instance.rotationAxis);
+        rows_.number(texts_.number(os::toUtf8(instance.motion)));
+        rows_.number(instance.meshAllowanceMm);
         rows_.number(texts_.number(os::toUtf8(instance.note)));
         if (instance.reference.present) add(instance.reference);
         if (instance.compare.present) add(instance.compare);
@@ -226,6 +230,9 @@ private:
         row.hasFaceDifference = (flags & 2U) != 0;
         in_.numbers(row.displacementMm);
         row.rotationDeg = in_.number<double>();
+        in_.numbers(row.rotationAxis);
+        row.motion = entry(texts_);
+        row.meshAllowanceMm = in_.number<double>();
         row.note = entry(texts_);
         if ((flags & 4U) != 0) row.reference = side();
         if ((flags & 8U) != 0) row.compare = side();
@@ -295,6 +302,9 @@ bxtsg::SCGeometryResult buildResult(const Side& reference, const Side& compare, 
         instance.compare = describe(compare, match.compare, names);
         instance.displacementMm = match.displacementMm;
         instance.rotationDeg = match.rotationDeg;
+        instance.rotationAxis = match.rotationAxis;
+        instance.motion = os::toWide(motionText(match));
+        if (i < faces.allowancesMm.size()) instance.meshAllowanceMm = faces.allowancesMm[i];
         instance.ambiguous = match.ambiguous;
         instance.note = os::toWide(match.note);
         if (i < faces.ofMatch.size() && faces.ofMatch[i] != FaceReport::kNone) {

@@ -11,7 +11,7 @@ class SceneBuilder {
 public:
     SceneBuilder(const Side& reference, const Side& compare, const Names& names,
                  const FaceReport& faces)
-        : reference_(reference), compare_(compare), names_(names) {
+        : reference_(reference), compare_(compare), names_(names), faces_(faces) {
         for (const BodyDifference& body : faces.bodies) {
             paint(body.referenceFaces, onlyInReference_);
             paint(body.compareFaces, onlyInCompare_);
@@ -23,6 +23,8 @@ public:
     /// `difference` is the number of what is known of the faces, or FaceReport::kNone.
     void add(const Match& match, std::int32_t difference) {
         difference_ = difference;
+        knowsFaces_ = difference != FaceReport::kNone &&
+                      faces_.bodies[static_cast<std::size_t>(difference)].knowsFaces;
         switch (match.state) {
             // Both files show the same there; the reference stands for both.
             case GeometryState::Unchanged: addReference(match, unchanged_); break;
@@ -84,15 +86,16 @@ private:
         if (side.bodies[instance.body].shape.IsNull() || !instance.rigid) return;
         group.nodes.push_back({displayPath(side, instance, names_),
                                static_cast<std::uint32_t>(firstBody + instance.body),
-                               instance.placement,
-                               difference_ == FaceReport::kNone ? -1 : 2 * difference_ + second});
+                               instance.placement, knowsFaces_ ? 2 * difference_ + second : -1});
     }
 
     const Side& reference_;
     const Side& compare_;
     const Names& names_;
+    const FaceReport& faces_;
     Scene scene_;
     std::int32_t difference_ = FaceReport::kNone;
+    bool knowsFaces_ = false;
     SceneGroup unchanged_ = group("Unchanged", 0.83, 0.83, 0.83);
     SceneGroup onlyInReference_ = group("Only in reference", 0.85, 0.15, 0.15);
     SceneGroup onlyInCompare_ = group("Only in compare", 0.15, 0.65, 0.25);

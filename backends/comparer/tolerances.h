@@ -12,4 +12,8 @@ struct Tolerances {
     double angleDeg = 0.05;
 };
 
+/// Whether bodies of identical content are taken as equal without looking at them. Off, every body
+/// is looked at as if no other had its numbers: the answer must be the same.
+enum class Shortcuts { On, Off };
+
 }  // namespace comparer

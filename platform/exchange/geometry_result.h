@@ -69,10 +69,17 @@ struct GeometryInstance {
     GeometryInstanceSide compare;
     std::array<double, 3> displacementMm = {};  ///< of the centroid, for Moved and Changed
     double rotationDeg = 0.0;                   ///< for Moved
-    bool ambiguous = false;                     ///< another match was as good by every rule
+    /// Of the rotation, a unit vector in world space; 0 without one.
+    std::array<double, 3> rotationAxis = {};
+    /// For Moved, in English: "moved 12.0 mm along +X and turned 30.0 deg about +Z".
+    std::wstring motion;
+    /// Granted to triangles in addition to the length tolerance, in millimetres: how far they may
+    /// be off what they stand for. 0 where no triangles had to be compared.
+    double meshAllowanceMm = 0.0;
+    bool ambiguous = false;  ///< another match was as good by every rule
     bool hasFaceDifference = false;
     FaceDifference faces;
-    std::wstring note;  ///< why an instance was not compared
+    std::wstring note;  ///< why an instance was not compared, or only by points
 };
 
 }  // namespace bxtexchange
