@@ -29,7 +29,7 @@ endif()
 # bextora_known_leaks(program): leaves out what third parties leak.
 function(bextora_known_leaks program)
     if(BEXTORA_SANITIZER STREQUAL "address" AND NOT TARGET known_leaks)
-        add_library(known_leaks OBJECT ${PROJECT_SOURCE_DIR}/cmake/known_leaks.cpp)
+        add_library(known_leaks OBJECT ${PROJECT_SOURCE_DIR}/tests/support/known_leaks.cpp)
     endif()
     if(TARGET known_leaks)
         target_link_libraries(${program} PRIVATE known_leaks)
