@@ -1,8 +1,10 @@
 #include <filesystem>
+#include <system_error>
 
 #include "backends/comparer/comparer.h"
 #include "backends/comparer/doc_comparer.h"
 #include "backends/comparer/helper_run.h"
+#include "backends/comparer/kept_file.h"
 #include "backends/comparer/result_document.h"
 #include "backends/occt/pmi_info.h"
 #include "platform/hps/component_type.h"
@@ -39,35 +41,30 @@ std::string lowerExtension(const std::filesystem::path& path) {
     return extension;
 }
 
-std::string copyResult(const std::filesystem::path& result, const std::filesystem::path& target) {
-    std::error_code error;
-    std::filesystem::copy_file(result, target, std::filesystem::copy_options::overwrite_existing,
-                               error);
-    return error ? "can't write " + target.string() + ": " + error.message() : std::string();
+/// The scene is made in a folder that is the helper's alone; what the user named is for the host
+/// to write. Empty on success, else why not.
+std::string keepScene(const std::filesystem::path& result, const std::filesystem::path& target) {
+    const auto& files = os::services().files;
+    const std::wstring folder = files ? files->makePrivateFolder(L"keep") : std::wstring();
+    if (folder.empty()) return "no temporary folder can be made";
+    const std::filesystem::path made = std::filesystem::path(os::toUtf8(folder)) / "result.glb";
+    const HelperOutcome outcome =
+        runHelper({"keep", "--result", result.string(), "--out", made.string()}, {});
+    std::string cause = outcome.good ? placeFile(made, target) : outcome.cause;
+    if (!outcome.good && cause.empty()) cause = "it was given up";
+    std::error_code ignored;
+    std::filesystem::remove_all(made.parent_path(), ignored);
+    return cause;
 }
 
 std::wstring keepResult(const std::wstring& result, const std::wstring& target) {
     const std::filesystem::path from(os::toUtf8(result));
     const std::filesystem::path to(os::toUtf8(target));
     const std::string extension = lowerExtension(to);
-    if (extension == ".xbf") return os::toWide(copyResult(from, to));
-    if (extension != ".glb") {
-        return os::toWide("can't write " + to.string() + ": the result is kept as .xbf or .glb");
-    }
-    // The helper is locked in a folder of its own; what the user named is for the host to write.
-    const auto& files = os::services().files;
-    const std::wstring folder = files ? files->makePrivateFolder(L"keep") : std::wstring();
-    if (folder.empty()) {
-        return os::toWide("can't write " + to.string() + ": no temporary folder can be made");
-    }
-    const std::filesystem::path made(os::toUtf8(folder) + "/result.glb");
-    const HelperOutcome outcome =
-        runHelper({"keep", "--result", from.string(), "--out", made.string()}, {});
-    std::string cause = outcome.good ? copyResult(made, to) : outcome.cause;
-    if (!outcome.good && cause.empty()) cause = "can't write " + to.string();
-    std::error_code ignored;
-    std::filesystem::remove_all(made.parent_path(), ignored);
-    return os::toWide(cause);
+    std::string cause = "the result is kept as .xbf or .glb";
+    if (extension == ".xbf") cause = placeFile(from, to);
+    if (extension == ".glb") cause = keepScene(from, to);
+    return cause.empty() ? std::wstring() : os::toWide("can't write " + to.string() + ": " + cause);
 }
 
 }  // namespace

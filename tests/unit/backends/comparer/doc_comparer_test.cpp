@@ -314,8 +314,41 @@ TEST_F(DocComparerTest, KeepingTakesTheTwoFormsAndNamesFailures) {
     EXPECT_EQ(keep(folder + "/copy.glb"), "");
     ASSERT_EQ(processes->started.size(), 1U);
     EXPECT_EQ(processes->started[0][0], "keep");
+    EXPECT_EQ(fs::file_size(folder + "/copy.glb"), 6U) << "what the helper wrote";
+}
+
+TEST_F(DocComparerTest, KeepingHelperWritesInAFolderOfItsOwnThatGoes) {
+    const auto services = comparer::makeServices(imports, options);
+    const std::string folder = os::toUtf8(files->makePrivateFolder(L"users"));
+    const std::string result = folder + "/r.xbf";
+    const std::string target = folder + "/copy.glb";
+    std::ofstream(result) << "content";
+    const auto keep = [&] {
+        return os::toUtf8(services.keepResult(os::toWide(result), os::toWide(target)));
+    };
+    EXPECT_EQ(keep(), "");
+    const auto& arguments = processes->started.at(0);
+    const auto out = std::find(arguments.begin(), arguments.end(), "--out");
+    ASSERT_NE(out, arguments.end());
+    const fs::path own = fs::path(*(out + 1)).parent_path();
+    EXPECT_EQ(own, files->folders.back());
+    EXPECT_NE(own, folder);
+    EXPECT_FALSE(fs::exists(own));
+
+    // A helper that fails leaves what is there, whatever it wrote.
+    fs::remove(target);
+    std::ofstream(target) << "earlier";
     processes->script.exitCode = 1;
-    EXPECT_NE(keep(folder + "/copy.glb"), "");
+    EXPECT_NE(keep().find(target), std::string::npos);
+    EXPECT_EQ(fs::file_size(target), 7U);
+    EXPECT_FALSE(fs::exists(files->folders.back()));
+    // So does one that says it is done and wrote nothing.
+    processes->script.exitCode = 0;
+    processes->script.writesFile = false;
+    EXPECT_NE(keep().find(target), std::string::npos);
+    EXPECT_EQ(fs::file_size(target), 7U);
+    files->refuse = true;
+    EXPECT_NE(keep().find("no temporary folder"), std::string::npos);
 }
 
 TEST_F(DocComparerTest, OtherFilesAreNoResults) {
