@@ -3,8 +3,10 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <filesystem>
 
@@ -159,6 +161,18 @@ TEST_F(ProcessFolder, OnlyLeftOversAreRemoved) {
     EXPECT_TRUE(pathExists(scratch.file("bextora-file")));
     EXPECT_TRUE(pathExists(scratch.file("bextora-126-link")));
     EXPECT_TRUE(pathExists(scratch.file("precious/lock")));
+}
+
+TEST_F(ProcessFolder, NumbersThatAreUsedAgainDecideNothing) {
+    // Its owner died, and another process has got its number since.
+    const std::string reused = plant("bextora-" + std::to_string(::getpid()) + "-abc", true);
+    // Its owner lives under another number here than where it made the folder, as in a container.
+    const std::string elsewhere = plant("bextora-4194303-abc", true);
+    const posix::UniqueFd held(::open((elsewhere + "/lock").c_str(), O_RDWR | O_CLOEXEC));
+    ASSERT_EQ(::flock(held.get(), LOCK_EX | LOCK_NB), 0);
+    posix::removeLeftOvers(scratch.path() + '/');
+    EXPECT_FALSE(pathExists(reused));
+    EXPECT_TRUE(pathExists(elsewhere + "/import-1/deep/document.xbf"));
 }
 
 TEST_F(ProcessFolder, LinksInsideALeftOverAreNotFollowed) {
