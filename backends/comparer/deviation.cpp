@@ -73,6 +73,7 @@ public:
 private:
     /// Beyond one per face.
     static constexpr int kMostCells = 4000;
+    static constexpr int kPatience = 256;
     static constexpr std::size_t kSeeds = 4;
 
     double mmAt(const gp_Pnt& point, double enough) const {
@@ -111,12 +112,19 @@ private:
         if (cell.mostMm > kCloseEnough * most_) open_.push(cell);
     }
 
-    /// Goes where the largest may still be, until it can't be much larger than what was found.
+    /// Goes where the largest may still be, until it can't be much larger than what was found. Two
+    /// faces at one distance all along could go on for ever: no progress for a while is an end too.
     void probeCells() {
-        for (int i = 0; i < kMostCells && !open_.empty(); i += 4) {
+        double goal = kCloseEnough * most_;
+        int idle = 0;
+        for (int i = 0; i < kMostCells && idle < kPatience && !open_.empty(); i += 4, idle += 4) {
             const Cell cell = open_.top();
             open_.pop();
             if (cell.mostMm <= kCloseEnough * most_) break;
+            if (most_ > goal) {
+                goal = kCloseEnough * most_;
+                idle = 0;
+            }
             const double u = cell.halfU / 2.0;
             const double v = cell.halfV / 2.0;
             for (const double du : {-u, u}) {
