@@ -107,7 +107,10 @@ private:
     void addMetadata() {
         const Json& asset = member(file_.root(), "asset");
         constexpr std::pair<const char*, const char*> kFields[] = {
-            {"generator", "Generator"}, {"version", "glTF version"}, {"copyright", "Copyright"}};
+            {"generator", "Generator"},
+            {"version", "glTF version"},
+            {"minVersion", "glTF least version"},
+            {"copyright", "Copyright"}};
         for (const auto& [field, name] : kFields) {
             const std::string text = textOf(asset, field);
             if (!text.empty()) scene_.metadata.emplace_back(name, text);

@@ -65,8 +65,13 @@ public:
 private:
     void readStatement() {
         const std::size_t offset = text_.offset();
+        const std::string_view rest = text_.rest();
         const std::string_view word = text_.wordInLine();
-        if (word.starts_with('#')) return text_.skipLine();
+        if (word.starts_with('#')) {
+            text_.skipLine();
+            return readRemark(rest.substr(0, text_.offset() - offset));
+        }
+        isHeader_ = isHeader_ && word.empty();
         if (word == "v") {
             readVertex(offset);
         } else if (word == "f" || word == "fo") {
@@ -86,6 +91,16 @@ private:
             ++curved_;
         }
         skipStatement();
+    }
+
+    /// Remarks before the first statement say where the file comes from; those behind it are about
+    /// its parts.
+    void readRemark(std::string_view line) {
+        constexpr std::size_t mostLines = 16;
+        const std::size_t begin = line.find_first_not_of("# \t");
+        if (!isHeader_ || begin == line.npos || scene_.metadata.size() >= mostLines) return;
+        const std::string text = toUtf8(line.substr(begin));
+        if (!text.empty()) scene_.metadata.emplace_back("Comment", text);
     }
 
     /// The next word of a statement, which a backslash leads on to the next line.
@@ -227,6 +242,7 @@ private:
     Names objects_;
     Names groups_;
     bool hasObjects_ = false;
+    bool isHeader_ = true;
     std::uint32_t object_ = objects_.number({});
     std::uint32_t group_ = groups_.number({});
     std::vector<std::uint32_t> place_;

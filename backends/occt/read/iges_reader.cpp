@@ -8,6 +8,7 @@
 #include "backends/occt/read/iges_structure.h"
 #include "backends/occt/read/iges_text.h"
 #include "backends/occt/read/iges_translation.h"
+#include "backends/occt/step/pmi_text.h"
 #include "backends/occt/step/units.h"
 
 namespace occt {
@@ -40,16 +41,24 @@ constexpr const char* kVersions[] = {"IGES 1.0", "IGES 1.0", "IGES 2.0", "IGES 2
                                      "IGES 3.0", "IGES 3.0", "IGES 4.0", "IGES 4.0",
                                      "IGES 5.0", "IGES 5.1", "IGES 5.2", "IGES 5.3"};
 
+constexpr std::size_t kStandardField = 24;
+constexpr const char* kStandards[] = {"", "ISO", "AFNOR", "ANSI", "BSI", "CSA", "DIN", "JIS"};
+
 std::vector<HPS::MetadataValue> metadataOf(const iges::Text& text) {
     std::vector<HPS::MetadataValue> out;
-    if (!text.remarks().empty()) out.push_back({"Header Description", text.remarks()});
-    for (const GlobalField& field : kFields) {
-        const std::string& value = text.global(field.number).text;
-        if (!value.empty()) out.push_back({field.name, value});
-    }
+    const auto add = [&out](const char* name, const std::string& written) {
+        std::string value = step::oneLine(written);
+        if (!value.empty()) out.push_back({name, std::move(value)});
+    };
+    add("Header Description", text.remarks());
+    for (const GlobalField& field : kFields) add(field.name, text.global(field.number).text);
     const std::size_t version = text.global(kVersionField).pointer();
     if (version > 0 && version < std::size(kVersions)) {
         out.push_back({"Header Schema", std::string(kVersions[version])});
+    }
+    const std::size_t standard = text.global(kStandardField).pointer();
+    if (standard > 0 && standard < std::size(kStandards)) {
+        out.push_back({"Header Drafting Standard", std::string(kStandards[standard])});
     }
     return out;
 }

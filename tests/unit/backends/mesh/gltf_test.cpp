@@ -381,10 +381,13 @@ TEST(MeshGltf, CornersThatAreNotThereAreAGap) {
 
 TEST(MeshGltf, AssetIsMetadata) {
     File file;
-    file.asset = R"({"version":"2.0","generator":"by hand","copyright":"nobody"})";
+    file.asset =
+        R"({"version":"2.0","minVersion":"2.0","generator":"by hand","copyright":"nobody"})";
     EXPECT_EQ(readGltf(file.text()).scene.metadata,
-              (std::vector<mesh::Metadata>{
-                  {"Generator", "by hand"}, {"glTF version", "2.0"}, {"Copyright", "nobody"}}));
+              (std::vector<mesh::Metadata>{{"Generator", "by hand"},
+                                           {"glTF version", "2.0"},
+                                           {"glTF least version", "2.0"},
+                                           {"Copyright", "nobody"}}));
 }
 
 TEST(MeshGltf, OtherVersionsAreRefused) {

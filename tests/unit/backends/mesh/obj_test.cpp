@@ -27,6 +27,19 @@ TEST(MeshObj, FacesBecomeAClosedBody) {
     EXPECT_EQ(out.scene.counts.vertices, (mesh::Count{4, 4}));
 }
 
+TEST(MeshObj, RemarksBeforeTheFirstStatementAreMetadata) {
+    using Metadata = std::vector<mesh::Metadata>;
+    const auto of = [](const std::string& head) {
+        return readObj(head + kTetrahedron + "# 4 vertices\n" + kFaces).scene.metadata;
+    };
+    EXPECT_EQ(of(""), Metadata{});
+    EXPECT_EQ(of("####\n#\n\n# made\tby hand #2\r\n#in Gr\xFCn\n"),
+              (Metadata{{"Comment", "made by hand #2"}, {"Comment", "in Gr\u00FCn"}}));
+    std::string many;
+    for (int i = 0; i < 1000; ++i) many += "# line\n";
+    EXPECT_EQ(of(many).size(), 16U);
+}
+
 TEST(MeshObj, ObjectsAreParts) {
     const auto out = readObj("o one\n" + kTetrahedron + kFaces + "o two\nv 5 0 0\nv 6 0 0\n" +
                              "v 5 1 0\nv 5 0 1\n" + kNewestFaces + "o one\nf 1 2 3\n");
