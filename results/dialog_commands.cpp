@@ -1,6 +1,8 @@
 #include "platform/bxt/analytics.h"
 #include "platform/bxt/file_path.h"
 #include "platform/ui/services.h"
+#include "reports/compare_html_exporter.h"
+#include "reports/compare_report_exporter.h"
 #include "reports/csv_report_writer.h"
 #include "resources/string_ids.h"
 #include "resources/string_table.h"
@@ -93,7 +95,16 @@ int UnifiedCompareDialog::WriteReport(const std::wstring& path, std::wstring& ev
     for (const ReportForm& form : kForms) {
         if (extension == form.extension) event = form.event;
     }
-    // There is no writer for the other two forms yet.
+    if (extension == L".pdf") {
+        bxtsgutils::CompareReportExporter exporter(document_);
+        exporter.setRowStates(BuildRowStates());
+        return exporter.exportToPDF(path, document_, compareModel_, referenceModel_, content);
+    }
+    if (extension == L".html") {
+        reports::CompareHtmlExporter exporter(document_, referenceModel_, compareModel_);
+        exporter.setRowStates(BuildRowStates());
+        return exporter.exportToHTML(path, content);
+    }
     if (extension != L".csv") return -1;
     reports::CsvReportWriter writer;
     writer.SetRowStates(BuildRowStates());

@@ -97,6 +97,8 @@ public:
     void OnSaveResults();
     /// What a report would be made from now. Builds the trees if the report shows them.
     reports::ReportContent BuildReportContent();
+    /// The states of those rows; none for a section that is switched off.
+    reports::RowStates BuildRowStates() const;
 
     /// A record of this run's outcome. It is cut off from this dialog by RefreshResults(), by
     /// the next call, and by destruction.
@@ -149,7 +151,6 @@ private:
     void SetSectionCaption(std::size_t position, const std::wstring& caption, int count);
 
     int WriteReport(const std::wstring& path, std::wstring& event);
-    reports::RowStates BuildRowStates() const;
     void ReleaseOutcome();
 
     std::unique_ptr<ui::Dialog> window_;

@@ -138,13 +138,68 @@ TEST_F(Save, UnknownExtensionsFailWithoutAnEvent) {
     EXPECT_TRUE(disk->files.empty());
 }
 
+TEST_F(Save, UnknownExtensionsBuildTheTreesAllTheSame) {
+    ready(L"/r.txt");
+    window().press(1302);
+    EXPECT_NE(dialog->engine().referenceRoot(), nullptr);
+}
+
+TEST_F(Save, TheUserWaitsWhileItIsWrittenAndIsToldBeforeItIsCounted) {
+    ready();
+    int depth = -1;
+    std::string before;
+    bxt::services().commandEvent = [&](const std::wstring&, const std::wstring&) {
+        depth = toolkit->waitCursorDepth();
+        before = services.log->entries().back();
+    };
+    window().press(1302);
+    EXPECT_EQ(depth, 1);
+    EXPECT_EQ(before, "status Compare results saved - /home/r.csv");
+    window().press(1303);
+    EXPECT_EQ(depth, 1);
+    EXPECT_EQ(before, "status Compare results copied to clipboard.");
+}
+
+TEST_F(Save, StatesGoWithTheSectionsThatAreOn) {
+    ready();
+    dialog->SetBomData(rows({}, {}, {}, {}, {1}, {2}));
+    dialog->SetAttributeData(rows({}, {}, {}, {}, {3}, {0, 3}));
+    dialog->SetPmiData(rows({}, {}, {}, {}, {1, 1}, {2, 2}));
+    reports::RowStates states = dialog->BuildRowStates();
+    EXPECT_EQ(states.fileInfoReference, dialog->data().fileInfo.referenceStates);
+    EXPECT_EQ(states.fileInfoCompare, dialog->data().fileInfo.compareStates);
+    EXPECT_EQ(states.bomReference, dialog->data().bom.referenceStates);
+    EXPECT_EQ(states.bomCompare, dialog->data().bom.compareStates);
+    EXPECT_EQ(states.attributesReference, dialog->data().attributes.referenceStates);
+    EXPECT_EQ(states.attributesCompare, dialog->data().attributes.compareStates);
+    EXPECT_EQ(states.pmiReference, dialog->data().pmi.referenceStates);
+    EXPECT_EQ(states.pmiCompare, dialog->data().pmi.compareStates);
+    for (const wchar_t* name : {L"PSCompare", L"PMICompare", L"AttribCompare"}) set(name, 0);
+    dialog->RefreshResults();
+    states = dialog->BuildRowStates();
+    EXPECT_FALSE(states.fileInfoReference.empty() || states.fileInfoCompare.empty());
+    EXPECT_TRUE(states.bomReference.empty() && states.bomCompare.empty());
+    EXPECT_TRUE(states.attributesReference.empty() && states.attributesCompare.empty());
+    EXPECT_TRUE(states.pmiReference.empty() && states.pmiCompare.empty());
+}
+
+TEST_F(Save, TwoEmptyModelsHaveNoStructureToHandOver) {
+    ready();
+    dialog->SetReportContext(document, host, {}, {});
+    EXPECT_TRUE(dialog->BuildReportContent().productStructure.empty());
+    EXPECT_EQ(dialog->engine().referenceRoot(), nullptr);
+}
+
 TEST_F(Save, FormsWithoutAWriterFailAndAreCounted) {
     ready(L"/r.pdf");
     window().press(1302);
+    EXPECT_EQ(services.log->count("key.read 3DReport"), 1U);
     EXPECT_EQ(statuses(), (Strings{"Saving...", "Failed to save /r.pdf"}));
     user->savePath = L"/r.html";
     window().press(1302);
+    EXPECT_EQ(services.log->count("key.read 3DReport"), 1U);
     EXPECT_EQ(statuses(), (Strings{"Saving...", "Failed to save /r.html"}));
+    EXPECT_TRUE(disk->files.empty());
     EXPECT_EQ(events, (std::vector<std::wstring>{L"Compare/Save to PDF", L"Compare/Save to HTML"}));
 }
 
