@@ -167,7 +167,8 @@ ui::ControlColours UnifiedCompareDialog::onColours(int controlId, ui::ControlKin
     const bool isPlain = controlId == 0 || kind == ui::ControlKind::StaticText ||
                          kind == ui::ControlKind::PushButton ||
                          kind == ui::ControlKind::DefaultButton ||
-                         kind == ui::ControlKind::CheckBox || kind == ui::ControlKind::RadioButton;
+                         kind == ui::ControlKind::CheckBox ||
+                         kind == ui::ControlKind::RadioButton || kind == ui::ControlKind::GroupBox;
     if (isInked || isPlain) colours.background = kWhite;
     if (isInked) colours.text = kInk;
     if (isLabel) colours.weight = ui::kSemiBoldWeight;

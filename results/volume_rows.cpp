@@ -32,10 +32,14 @@ VolumeDifference DifferenceOfVolumes(double referenceVolume, double compareVolum
     if (!(referenceVolume > 0) || compareVolume < 0) return {L"-", ItemDiffState::Unchanged};
     const double change = compareVolume - referenceVolume;
     const double percent = std::abs(change) / referenceVolume * 100;
+    return {ChangeText(change, percent),
+            change != 0 ? ItemDiffState::Different : ItemDiffState::Unchanged};
+}
+
+std::wstring ChangeText(double change, double percent) {
     std::wstring text = change < 0 ? L"- " : change > 0 ? L"+ " : L"";
     if (change != 0 && percent == 0) text += L"~";
-    text += twoDecimals(percent) + L" %";
-    return {text, change != 0 ? ItemDiffState::Different : ItemDiffState::Unchanged};
+    return text + twoDecimals(percent) + L" %";
 }
 
 ItemDiffState StateOfVolumes(double referenceVolume, double compareVolume) {

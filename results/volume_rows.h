@@ -23,6 +23,10 @@ struct VolumeDifference {
 /// Change from the reference's volume to the compare's, in per cent of the reference's.
 VolumeDifference DifferenceOfVolumes(double referenceVolume, double compareVolume);
 
+/// Text of a change: its sign, then so many per cent with two decimals. A change that is too
+/// small for any percentage has "~" in front of the nought.
+std::wstring ChangeText(double change, double percent);
+
 /// Different when both volumes are known and not equal.
 extract::ItemDiffState StateOfVolumes(double referenceVolume, double compareVolume);
 

@@ -141,4 +141,25 @@ TEST_F(CopyTextTest, ATreeThatIsNotThereIsItsCaption) {
     EXPECT_EQ(text, L"Reference File - Product Structure\r\n\r\n");
 }
 
+TEST_F(CopyTextTest, BlanksInFrontOfANameCountAsDepth) {
+    extract::AssemblyNode root;
+    extract::AssemblyNode top;
+    top.level = 0;
+    top.parent = &root;
+    top.displayName = L"   x ";
+    root.children = {&top};
+    std::wstring text;
+    results::AppendTreeText(&root, L"C", text);
+    EXPECT_EQ(text, L"C - Product Structure\r\n|- x \r\n\r\n");
+}
+
+TEST_F(CopyTextTest, OneTreeIsEnoughForTheStructureBlock) {
+    create();
+    dialog->SetReportContext(document, host, {}, HPS::CADModel(support::flatModel({"Nut"})));
+    dialog->ShowSection(ResultSection::ProductStructure);
+    EXPECT_NE(copied().find(L"Reference File - Product Structure\r\n\r\n"
+                            L"Compare File - Product Structure\r\nTop\r\n        |- Nut\r\n"),
+              std::wstring::npos);
+}
+
 }  // namespace

@@ -1,5 +1,6 @@
 #include "tests/unit/results/results_fixture.h"
 
+#include "results/placement.h"
 #include "results/section_layout.h"
 
 namespace {
@@ -74,7 +75,15 @@ TEST_F(DialogFrame, ListsHaveTheirColumnsAndRowHeight) {
     EXPECT_EQ(list(1305).columnWidthPx(1), 100);
     EXPECT_EQ(list(1309).columnWidthPx(1), 120);
     EXPECT_EQ(list(1309).rowHeightPx(), 32);
-    EXPECT_TRUE(list(1309).style().gridLines && list(1309).style().fullRowSelect);
+    EXPECT_EQ(list(1305).columnWidthPx(2), 120);
+    EXPECT_EQ(list(1305).columnAlign(1), ui::ColumnAlign::Left);
+    EXPECT_EQ(list(1309).columnWidthPx(0), 100);
+    EXPECT_EQ(list(1309).columnAlign(0), ui::ColumnAlign::Left);
+    for (const int id : {1305, 1306, 1309, 1310, 1315, 1316, 1319, 1320}) {
+        const ui::ListStyle& style = list(id).style();
+        EXPECT_TRUE(style.gridLines && style.fullRowSelect && style.doubleBuffer) << id;
+        EXPECT_EQ(list(id).rowHeightPx(), 32) << id;
+    }
 }
 
 TEST_F(DialogFrame, TreesAndTheirLabelsAreMadeAtRunTime) {
@@ -82,13 +91,18 @@ TEST_F(DialogFrame, TreesAndTheirLabelsAreMadeAtRunTime) {
     for (const int id : {1360, 1361}) {
         ASSERT_TRUE(window().tree(id));
         EXPECT_FALSE(window().controlVisible(id));
-        EXPECT_TRUE(window().tree(id)->style().fullRowSelect);
+        const ui::TreeStyle& style = window().tree(id)->style();
+        EXPECT_TRUE(style.border && style.buttons && style.lines && style.linesAtRoot);
+        EXPECT_TRUE(style.showSelectionAlways && style.fullRowSelect && style.doubleBuffer);
         EXPECT_EQ(window().tree(id)->textColour(), ui::rgb(26, 26, 26));
         EXPECT_EQ(window().tree(id)->backgroundColour(), ui::rgb(255, 255, 255));
         EXPECT_EQ(window().weight(id), 400);
     }
-    EXPECT_EQ(window().weight(1362), 600);
-    EXPECT_EQ(window().weight(1307), 600);
+    for (const int id : {1307, 1311, 1317, 1321, 1362}) {
+        EXPECT_EQ(window().weight(id), 600) << id;
+        EXPECT_EQ(window().weight(id + 1), 600) << id;
+    }
+    EXPECT_EQ(window().weight(1305), 400);
 }
 
 TEST_F(DialogFrame, LabelsReadReferenceAndCompareOnEveryRun) {
@@ -178,6 +192,38 @@ TEST_F(DialogFrame, PlacesOnThePageGoByItsSize) {
     EXPECT_EQ(window().controlPlace(1311), ui::rectAt(20, 87, 376, 28));
     EXPECT_EQ(window().controlPlace(1313), ui::rectAt(20, 47, 8 * 6 + 22 + 6, 18));
     EXPECT_EQ(window().controlPlace(1314), ui::rectAt(8 * 6 + 22 + 34, 47, 4 * 6 + 22 + 6, 18));
+}
+
+TEST_F(DialogFrame, TreesThatDoNotFitAreHiddenWithARestOfOnePixel) {
+    create();
+    dialog->ShowSection(kTree);
+    window().resizeByUser({800, 100});
+    EXPECT_EQ(window().controlPlace(1360), ui::rectAt(20, 82, 376, 1));
+    EXPECT_EQ(window().controlPlace(1361), ui::rectAt(404, 82, 376, 1));
+    EXPECT_EQ(window().controlPlace(1362), ui::rectAt(20, 50, 376, 28));
+    window().resizeByUser({800, 500});
+    EXPECT_EQ(window().controlPlace(1360), ui::rectAt(20, 82, 376, 370));
+    dialog->Place(ui::rectAt(0, 0, 30, 500));
+    EXPECT_EQ(window().controlPlace(1360).width(), 1);
+    EXPECT_EQ(window().controlPlace(1362).width(), 1);
+}
+
+TEST_F(DialogFrame, OneStoredSwitchThatIsOffCountsAsNoSectionThoughTwoAreLeft) {
+    set(L"PSCompare", 0);
+    create();
+    EXPECT_EQ(results::SwitchedOnSections(), 0U);
+    EXPECT_EQ(dialog->SectionOrder(), (Sections{kFiles, kAttributes, kPmi}));
+}
+
+TEST_F(DialogFrame, ASetterTakesWhatTheDialogHoldsAlready) {
+    create();
+    dialog->SetBomData(rows({L"Bolt"}, {L"1"}, {L"Nut"}, {L"2"}, {1}, {2}));
+    dialog->SetBomData(dialog->data().bom);
+    EXPECT_EQ(cells(1305), (Cells{{L"1", L"Bolt", L"1"}}));
+    dialog->SetPartAttributeData({part(L"P", {})}, {part(L"Q", {})});
+    dialog->SetPartAttributeData(dialog->data().referenceParts, dialog->data().compareParts);
+    EXPECT_EQ(dialog->data().referenceParts[0].name, L"P");
+    EXPECT_EQ(dialog->data().compareParts[0].name, L"Q");
 }
 
 TEST_F(DialogFrame, RadiosGrowWithTheDisplaysScale) {

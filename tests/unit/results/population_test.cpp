@@ -109,14 +109,16 @@ TEST_F(Population, ACompareVolumeOfZeroIsAHundredPerCentLess) {
 }
 
 TEST_F(Population, TheTildeNeedsAPercentageOfExactlyNothing) {
+    EXPECT_EQ(results::ChangeText(1, 0), L"+ ~0.00 %");
+    EXPECT_EQ(results::ChangeText(-DBL_TRUE_MIN, 0), L"- ~0.00 %");
+    EXPECT_EQ(results::ChangeText(0, 0), L"0.00 %");
+    EXPECT_EQ(results::ChangeText(1, DBL_TRUE_MIN), L"+ 0.00 %");
     EXPECT_EQ(results::DifferenceOfVolumes(1e9, 1e9 + 1).text, L"+ 0.00 %");
-    const double tiny = DBL_TRUE_MIN;
-    const auto vanished = results::DifferenceOfVolumes(DBL_MAX, DBL_MAX);
-    EXPECT_EQ(vanished.text, L"0.00 %");
-    // The change survives, but not its share of the reference.
-    const auto lost = results::DifferenceOfVolumes(1e300, 1e300);
-    EXPECT_EQ(lost.state, ItemDiffState::Unchanged);
-    EXPECT_EQ(results::DifferenceOfVolumes(tiny, 2 * tiny).text, L"+ 100.00 %");
+    EXPECT_EQ(results::DifferenceOfVolumes(1e9, 1e9 + 1).state, ItemDiffState::Different);
+    EXPECT_EQ(results::DifferenceOfVolumes(DBL_TRUE_MIN, 2 * DBL_TRUE_MIN).text, L"+ 100.00 %");
+}
+
+TEST_F(Population, WithoutAKnownVolumeThereIsNoChange) {
     EXPECT_EQ(results::DifferenceOfVolumes(-1, 5).text, L"-");
     EXPECT_EQ(results::DifferenceOfVolumes(5, -1).text, L"-");
 }
@@ -130,6 +132,22 @@ TEST_F(Population, ShortFileInformationIsLeftAlone) {
     EXPECT_EQ(numbers(1319), (Numbers{0, 0, 3, 0}));
     EXPECT_EQ(cells(1320)[2][1], L"2.00 mm\u00b3");
     EXPECT_TRUE(dialog->data().fileInfo.compareValues.empty());
+}
+
+TEST_F(Population, SidesOfDifferentLengthKeepTheirOwnRows) {
+    create();
+    dialog->SetFileInfoData(rows({L"a", L"b", L"c"}, {L"1", L"2", L"3"}, {L"a", L"b", L"c", L"d"},
+                                 {L"1", L"2", L"3", L"4"}, {0, 0, 0, 0}, {0, 0, 0}));
+    dialog->SetVolumeData(1, L"mm", 2, L"mm");
+    EXPECT_EQ(cells(1319)[2][1], L"1.00 mm\u00b3");
+    EXPECT_EQ(cells(1320)[3][1], L"+ 100.00 %");
+    EXPECT_EQ(numbers(1319), (Numbers{0, 0, 3}));
+    EXPECT_EQ(numbers(1320), (Numbers{0, 0, 3, 3}));
+    EXPECT_EQ(dialog->data().fileInfo.referenceStates[3], ItemDiffState::Different);
+    EXPECT_EQ(dialog->data().fileInfo.referenceValues.size(), 3U);
+    dialog->SetFileInfoData(rows({L"a", L"b"}, {L"1", L"2"}, {L"a"}, {L"1"}, {3, 0}, {3}));
+    EXPECT_EQ(cells(1319), (Cells{{L"a", L"1"}, {L"b", L"2"}}));
+    EXPECT_EQ(numbers(1319), (Numbers{3, 0}));
 }
 
 TEST_F(Population, CountsGoByTheReferenceButForBillsOfMaterials) {
@@ -155,6 +173,44 @@ TEST_F(Population, TheStructuresCountIsNoughtAtRefreshAndCountsBothSidesLater) {
     EXPECT_EQ(dialog->sectionCounts()[4], 0);
     // Pin deleted, Nut added, and both tops modified.
     EXPECT_EQ(dialog->CountPSTreeDiffs(), 4);
+}
+
+TEST_F(Population, EveryKindOfChangeCounts) {
+    create();
+    setModels({"Bolt", "Nut"}, {"Nut", "Bolt"});
+    dialog->EnsureTrees();
+    int moved = 0;
+    const auto* const top = dialog->engine().referenceRoot()->children[0];
+    for (const auto* node : top->children) {
+        moved += node->state == extract::AssemblyDiffState::Moved ? 1 : 0;
+    }
+    ASSERT_GT(moved, 0);
+    const int topChanged = top->state == extract::AssemblyDiffState::Same ? 0 : 1;
+    EXPECT_EQ(dialog->CountPSTreeDiffs(), 2 * (moved + topChanged));
+}
+
+TEST_F(Population, CountingRepaintsTheTabsAndKeepsTheSelection) {
+    create();
+    dialog->ShowSection(ResultSection::Pmi);
+    const std::size_t before = window().invalidated().size();
+    dialog->RefreshResults();
+    const auto& areas = window().invalidated();
+    const int width = window().clientSize().width;
+    ASSERT_EQ(areas.size(), before + 2);
+    EXPECT_EQ(areas[before], ui::rectAt(0, 0, width, 38));
+    EXPECT_EQ(window().listBox(1301)->selected(), 3);  // counted before the first section is shown
+    EXPECT_EQ(window().listBox(1301)->itemHeightPx(), 26);
+}
+
+TEST_F(Population, RefillingForgetsWhereTheListStood) {
+    create();
+    results::Texts names(200, L"a");
+    dialog->ShowSection(ResultSection::BillOfMaterials);
+    dialog->SetBomData(rows(names, {}, names, {}));
+    list(1305).ensureVisible(150);
+    ASSERT_GT(list(1305).topIndex(), 0U);
+    dialog->SetBomData(rows(names, {}, names, {}));
+    EXPECT_EQ(list(1305).topIndex(), 0U);
 }
 
 TEST_F(Population, ClosedTopItemsAreClosedAgain) {

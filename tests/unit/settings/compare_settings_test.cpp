@@ -50,6 +50,10 @@ TEST_F(CompareSettings, TheObjectHoldsTheNineInARow) {
     }
 }
 
+TEST_F(CompareSettings, AFreshObjectHasTheSectionsOn) {
+    EXPECT_TRUE(switches->psCompare && switches->pmiCompare && switches->attribCompare);
+}
+
 TEST_F(CompareSettings, SaveWritesNineNumbersInOrderAndClosesTheKey) {
     setAll(true);
     switches->pmiCompare = false;
