@@ -1,5 +1,7 @@
 #include "diff/part_attributes.h"
 
+#include <unordered_set>
+
 #include "extract/no_case_index.h"
 
 namespace diff {
@@ -131,6 +133,24 @@ void ComparePartAttributes(std::vector<PartAttributes>& reference,
     for (std::size_t i = 0; i < reference.size(); ++i) {
         if (!used[i]) markOneSided(reference[i], ItemDiffState::OnlyInReference);
     }
+}
+
+std::vector<std::wstring_view> KeysOf(const extract::PartAttributes* reference,
+                                      const extract::PartAttributes* compare) {
+    std::vector<std::wstring_view> keys;
+    std::unordered_set<std::wstring_view> known;
+    if (reference) {
+        for (const extract::AttributeEntry& entry : reference->attributes) {
+            keys.push_back(entry.key);
+            known.insert(entry.key);
+        }
+    }
+    if (compare) {
+        for (const extract::AttributeEntry& entry : compare->attributes) {
+            if (known.insert(entry.key).second) keys.push_back(entry.key);
+        }
+    }
+    return keys;
 }
 
 }  // namespace diff

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string_view>
 #include <vector>
 
 #include "extract/attributes.h"
@@ -15,5 +16,10 @@ namespace diff {
 /// is one-sided. Source files take no part. Takes time linear in the records and attributes.
 void ComparePartAttributes(std::vector<extract::PartAttributes>& reference,
                            std::vector<extract::PartAttributes>& compare);
+
+/// The keys of a pair in the order of display: all of the reference record's, then those that
+/// only the compare record has. Either may be null. The texts belong to the records. Linear.
+std::vector<std::wstring_view> KeysOf(const extract::PartAttributes* reference,
+                                      const extract::PartAttributes* compare);
 
 }  // namespace diff

@@ -2,6 +2,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "diff/part_attributes.h"
 #include "reports/csv_report_writer.h"
 #include "resources/string_ids.h"
 #include "resources/string_table.h"
@@ -44,25 +45,6 @@ private:
     std::unordered_map<std::wstring_view, std::wstring_view> values_;
 };
 
-/// All keys of the one part, then what is new in the other one.
-std::vector<std::wstring_view> keysOf(const PartAttributes* reference,
-                                      const PartAttributes* compare) {
-    std::vector<std::wstring_view> keys;
-    std::unordered_set<std::wstring_view> known;
-    if (reference) {
-        for (const AttributeEntry& entry : reference->attributes) {
-            keys.push_back(entry.key);
-            known.insert(entry.key);
-        }
-    }
-    if (compare) {
-        for (const AttributeEntry& entry : compare->attributes) {
-            if (known.insert(entry.key).second) keys.push_back(entry.key);
-        }
-    }
-    return keys;
-}
-
 void putRow(CsvStream& stream, std::initializer_list<std::wstring_view> texts) {
     const wchar_t* gap = L"";
     for (const std::wstring_view text : texts) {
@@ -80,7 +62,7 @@ void putPart(CsvStream& stream, std::wstring_view name, const PartAttributes* re
     const Values referenceValues(reference);
     const Values compareValues(compare);
     std::size_t row = 0;
-    for (const std::wstring_view key : keysOf(reference, compare)) {
+    for (const std::wstring_view key : diff::KeysOf(reference, compare)) {
         const std::wstring number = std::to_wstring(++row);
         putRow(stream, {number, key, referenceValues.of(key), number, key, compareValues.of(key)});
     }

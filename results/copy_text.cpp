@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "diff/part_attributes.h"
 #include "resources/string_ids.h"
 #include "resources/string_table.h"
 #include "results/part_rows.h"
@@ -18,6 +19,8 @@ using extract::PartAttributes;
 constexpr std::wstring_view kGap = L"     ";
 constexpr std::wstring_view kLineEnd = L"\r\n";
 constexpr std::wstring_view kEmptyCell = L"-";
+// Gaps, row number, dashes and line end of a line, at most.
+constexpr std::size_t kLineExtra = 24;
 
 std::wstring_view cell(const Texts& texts, std::size_t row) {
     return row < texts.size() && !texts[row].empty() ? std::wstring_view(texts[row]) : kEmptyCell;
@@ -32,6 +35,12 @@ std::wstring heading(std::initializer_list<std::uint32_t> captions) {
     return line;
 }
 
+std::size_t lengthOf(const Texts& texts) {
+    std::size_t length = 0;
+    for (const std::wstring& text : texts) length += text.size();
+    return length;
+}
+
 void appendTitle(std::uint32_t captionId, std::wstring& text) {
     text += resources::text(captionId);
     text += kLineEnd;
@@ -41,6 +50,7 @@ void appendTitle(std::uint32_t captionId, std::wstring& text) {
 /// A heading, a line per name, and an empty line.
 void appendBlock(const std::wstring& head, const Texts& names, const Texts& values, bool indexed,
                  std::wstring& text) {
+    text.reserve(text.size() + lengthOf(names) + lengthOf(values) + names.size() * kLineExtra);
     text += head;
     text += kLineEnd;
     for (std::size_t row = 0; row < names.size(); ++row) {
@@ -108,7 +118,7 @@ void AppendPartAttributeText(const ResultData& data, std::wstring& text) {
         text += head;
         text += kGap;
         text += L"Reference     Compare\r\n";
-        const auto keys = KeysOf(reference, compare);
+        const auto keys = diff::KeysOf(reference, compare);
         const auto referenceEntries = EntriesOf(reference, keys);
         const auto compareEntries = EntriesOf(compare, keys);
         for (std::size_t i = 0; i < keys.size(); ++i) {

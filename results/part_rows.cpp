@@ -4,6 +4,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "diff/part_attributes.h"
 #include "extract/case_folding.h"
 
 namespace results {
@@ -48,7 +49,7 @@ std::int32_t stateOf(const AttributeEntry* entry, ItemDiffState missing) {
 
 void addAttributeRows(const PartAttributes* reference, const PartAttributes* compare,
                       std::vector<PartRow>& rows) {
-    const auto keys = KeysOf(reference, compare);
+    const auto keys = diff::KeysOf(reference, compare);
     const auto referenceEntries = EntriesOf(reference, keys);
     const auto compareEntries = EntriesOf(compare, keys);
     for (std::size_t i = 0; i < keys.size(); ++i) {
@@ -85,24 +86,6 @@ std::vector<PartPair> PairParts(const Parts& referenceParts, const Parts& compar
         if (!used[i]) pairs.push_back({static_cast<std::int32_t>(i), -1, referenceParts[i].name});
     }
     return pairs;
-}
-
-std::vector<std::wstring_view> KeysOf(const PartAttributes* reference,
-                                      const PartAttributes* compare) {
-    std::vector<std::wstring_view> keys;
-    std::unordered_set<std::wstring_view> known;
-    if (reference) {
-        for (const AttributeEntry& entry : reference->attributes) {
-            keys.push_back(entry.key);
-            known.insert(entry.key);
-        }
-    }
-    if (compare) {
-        for (const AttributeEntry& entry : compare->attributes) {
-            if (known.insert(entry.key).second) keys.push_back(entry.key);
-        }
-    }
-    return keys;
 }
 
 std::vector<const AttributeEntry*> EntriesOf(const PartAttributes* part,

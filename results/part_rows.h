@@ -25,12 +25,7 @@ struct PartPair {
 std::vector<PartPair> PairParts(const std::vector<extract::PartAttributes>& referenceParts,
                                 const std::vector<extract::PartAttributes>& compareParts);
 
-/// The keys of a pair's reference part, then those that only the compare part has. Either part
-/// may be null. The texts belong to the parts.
-std::vector<std::wstring_view> KeysOf(const extract::PartAttributes* reference,
-                                      const extract::PartAttributes* compare);
-
-/// The first entry of each of those keys in one part; null where it has none.
+/// The first entry of each key in one part; null where it has none.
 std::vector<const extract::AttributeEntry*> EntriesOf(const extract::PartAttributes* part,
                                                       const std::vector<std::wstring_view>& keys);
 

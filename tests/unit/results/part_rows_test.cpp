@@ -2,6 +2,7 @@
 
 #include <random>
 
+#include "diff/part_attributes.h"
 #include "extract/case_folding.h"
 #include "tests/unit/results/results_fixture.h"
 
@@ -159,11 +160,11 @@ TEST_F(PartMode, ANewRunForgetsWhatTheUserOpened) {
 
 TEST_F(PartMode, OfEqualKeysTheFirstEntryCounts) {
     const PartAttributes twice = part(L"P", {{L"k", L"1", {}}, {L"k", L"2", {}}});
-    const auto keys = results::KeysOf(&twice, nullptr);
+    const auto keys = diff::KeysOf(&twice, nullptr);
     ASSERT_EQ(keys.size(), 2U);
     for (const auto* entry : results::EntriesOf(&twice, keys)) EXPECT_EQ(entry->value, L"1");
     EXPECT_EQ(results::EntriesOf(nullptr, keys)[0], nullptr);
-    EXPECT_EQ(results::KeysOf(nullptr, &twice).size(), 1U);
+    EXPECT_EQ(diff::KeysOf(nullptr, &twice).size(), 1U);
 }
 
 }  // namespace
