@@ -158,6 +158,7 @@ TEST_F(DialogFrame, ASectionThatIsSwitchedOffFallsBackToTheFirst) {
     set(L"PMICompare", 0);
     dialog->RefreshResults();
     EXPECT_EQ(dialog->currentSection(), kFiles);
+    EXPECT_EQ(window().listBox(1301)->selected(), 0);  // before the first section is shown
     EXPECT_EQ(shownPanels(), (std::vector<int>{1319, 1320, 1321, 1322}));
 }
 

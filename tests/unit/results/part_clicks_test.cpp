@@ -48,4 +48,33 @@ TEST_F(PartClicks, DataInAssemblyModeLeavesTheListAlone) {
     EXPECT_TRUE(dialog->folding().Collapsed(L"P"));
 }
 
+TEST_F(PartClicks, APartThatWasClosedAgainStaysClosedWithNewData) {
+    show({equal(L"P")}, {equal(L"P")});
+    click(0);
+    click(0);
+    EXPECT_TRUE(dialog->folding().expandedParts().empty());
+    dialog->SetPartAttributeData({equal(L"P")}, {equal(L"P")});
+    EXPECT_EQ(cells(1309).size(), 1U);
+}
+
+TEST_F(PartClicks, ANewRunShowsTheAssemblysAttributes) {
+    show({equal(L"P")}, {equal(L"P")});
+    dialog->SetAttributeData(rows({L"a"}, {L"b"}, {}, {}));
+    EXPECT_EQ(cells(1309).size(), 1U);
+    EXPECT_EQ(cells(1309)[0][0], L"\u25b6 P");
+    dialog->RefreshResults();
+    EXPECT_TRUE(window().checked(1313));
+    EXPECT_FALSE(window().checked(1314));
+    dialog->ShowSection(results::ResultSection::Attributes);
+    EXPECT_EQ(cells(1309), (Cells{{L"a", L"b"}}));
+}
+
+TEST_F(PartClicks, ChangingTheModeFitsTheColumns) {
+    show({part(L"P", {{L"k", std::wstring(200, L'x'), {}}}, true)}, {});
+    const int wide = list(1309).columnWidthPx(1);
+    EXPECT_GT(wide, 1000);
+    window().press(1313);
+    EXPECT_LT(list(1309).columnWidthPx(1), wide);
+}
+
 }  // namespace

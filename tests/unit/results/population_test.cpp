@@ -225,6 +225,11 @@ TEST_F(Population, ClosedTopItemsAreClosedAgain) {
     EXPECT_FALSE(left.item(left.firstChild(nullptr)).expanded);
     EXPECT_TRUE(right.item(right.firstChild(nullptr)).expanded);
     EXPECT_EQ(left.itemCount(), 2U);
+    window().openItem(1361, right.firstChild(nullptr), false);
+    window().openItem(1360, left.firstChild(nullptr), true);
+    dialog->PopulateTreePair();
+    EXPECT_TRUE(left.item(left.firstChild(nullptr)).expanded);
+    EXPECT_FALSE(right.item(right.firstChild(nullptr)).expanded);
 }
 
 TEST_F(Population, TreesAreFilledOnceAndPaintedByState) {
