@@ -1,5 +1,6 @@
 #include "backends/occt/read/xbf_reader.h"
 
+#include <ios>
 #include <locale>
 #include <map>
 #include <sstream>
@@ -69,6 +70,27 @@ std::vector<HPS::MetadataValue> metadataOf(const TDF_Label& label) {
     return out;
 }
 
+/// The library waits for positions that a damaged document never brings it to, and does nothing
+/// meanwhile but ask where it is.
+class ImpatientBuffer : public std::stringbuf {
+public:
+    explicit ImpatientBuffer(const std::string& bytes) : std::stringbuf(bytes, std::ios::in) {}
+
+protected:
+    pos_type seekoff(off_type offset, std::ios::seekdir from, std::ios::openmode mode) override {
+        const pos_type place = std::stringbuf::seekoff(offset, from, mode);
+        times_ = place == last_ ? times_ + 1 : 0;
+        last_ = place;
+        if (times_ > kMostTimes) throw std::ios_base::failure("no progress");
+        return place;
+    }
+
+private:
+    static constexpr int kMostTimes = 1000;
+    pos_type last_ = -1;
+    int times_ = 0;
+};
+
 class XbfReader {
 public:
     XbfReader(const ReadRequest& request, DescribedModel& out)
@@ -111,8 +133,10 @@ private:
     }
 
     std::optional<ImportCause> open() {
-        std::istringstream stream(request_.bytes);
+        ImpatientBuffer buffer(request_.bytes);
+        std::istream stream(&buffer);
         stream.imbue(std::locale::classic());
+        stream.exceptions(std::ios::failbit | std::ios::badbit);
         const Handle(OcctProgress) progress = new OcctProgress(request_.progress);
         try {
             const PCDM_ReaderStatus status =
@@ -125,6 +149,8 @@ private:
             throw;
         } catch (const Standard_Failure& failure) {
             return damaged("reading gave up (" + std::string(failure.DynamicType()->Name()) + ")");
+        } catch (const std::ios_base::failure&) {
+            return damaged("its sections do not stand where it says");
         }
     }
 
