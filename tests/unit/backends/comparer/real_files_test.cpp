@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include "backends/comparer/body_pair.h"
+#include "backends/comparer/deviation.h"
 #include "backends/comparer/matching.h"
 #include "tests/support/step_text.h"
 #include "tests/unit/backends/comparer/step_model.h"
@@ -60,6 +62,8 @@ fs::path freshFolder(const std::string& name) {
 
 /// Files of a size that takes a moment; large ones go through the whole program elsewhere.
 constexpr std::uintmax_t kLargestFile = 600000;
+/// And those whose faces are all looked at, several times.
+constexpr std::uintmax_t kSmallFile = 150000;
 
 std::vector<fs::path> stepFilesOf(const char* folder) {
     const char* const data = std::getenv("BEXTORA_TEST_DATA");
@@ -132,6 +136,94 @@ TEST(RealFiles, RenumberedAndShuffledEntitiesKeepEveryDigest) {
         EXPECT_EQ(digestsOf(*again), digestsOf(*original)) << file;
     }
     fs::remove_all(folder);
+}
+
+/// Every body against the one in the same place of another reading of its file, as if nobody knew
+/// that they are the same: what is equal must be found equal by its faces, all along them.
+void expectNoDeviation(const FakeModel& reference, const FakeModel& compare, const fs::path& file) {
+    comparer::Names names;
+    const comparer::Side a = comparer::collectSide(reference, names);
+    const comparer::Side b = comparer::collectSide(compare, names);
+    const comparer::Tolerances tolerances;
+    comparer::BodyClasses classes(a, b, tolerances, comparer::Shortcuts::Off);
+    const auto matches = comparer::matchInstances(a, b, names, classes, tolerances, [](double) {});
+    std::set<std::uint32_t> seen;
+    for (const comparer::Match& match : matches) {
+        ASSERT_EQ(match.state, GeometryState::Unchanged) << file;
+        const auto& one = a.instances[static_cast<std::size_t>(match.reference)];
+        const auto& two = b.instances[static_cast<std::size_t>(match.compare)];
+        if (!seen.insert(one.body).second) continue;
+        const gp_Trsf world = two.placement.Inverted() * one.placement;
+        const comparer::BodyPair pair = comparer::compareBodies(
+            a.bodies[one.body], b.bodies[two.body], world, tolerances, 120.0);
+        ASSERT_EQ(pair.state, comparer::BodyPair::State::Compared) << file;
+        EXPECT_TRUE(pair.same) << file << ": body " << one.body;
+        comparer::FaceMatching all;
+        for (std::uint32_t p = 0; p < pair.reference->patches().size(); ++p)
+            all.removed.push_back(p);
+        for (std::uint32_t p = 0; p < pair.compare->patches().size(); ++p) all.added.push_back(p);
+        all.referenceEdgeKept.assign(pair.reference->edges().list.size(), false);
+        all.compareEdgeKept.assign(pair.compare->edges().list.size(), false);
+        const double mm =
+            comparer::largestDeviationMm(*pair.reference, *pair.compare, pair.motion, all);
+        EXPECT_LE(mm, 1e-5) << file << ": body " << one.body;
+    }
+}
+
+TEST(RealFiles, WithoutShortcutsAFileAndItsShuffledCopyDeviateNowhere) {
+    std::vector<fs::path> files = stepFilesOf("A-revisions");
+    for (fs::path& more : stepFilesOf("A-singles")) files.push_back(std::move(more));
+    std::erase_if(files, [](const fs::path& file) { return fs::file_size(file) > kSmallFile; });
+    if (files.empty()) GTEST_SKIP() << "BEXTORA_TEST_DATA names no folder with STEP files";
+    const fs::path folder = freshFolder("no_shortcuts");
+    const std::string shuffled = (folder / "shuffled.step").string();
+    for (const fs::path& file : files) {
+        std::ifstream in(file, std::ios::binary);
+        const std::string bytes(std::istreambuf_iterator<char>(in), {});
+        const auto text = support::StepText::parse(bytes);
+        const auto original = readStepModel(file.string());
+        const auto again = readStepModel(file.string());
+        if (!text || !original || !again) continue;
+        expectNoDeviation(*original, *again, file);
+        std::ofstream(shuffled, std::ios::binary)
+            << support::renumberedAndShuffled(*text, 7).write();
+        const auto mixed = readStepModel(shuffled);
+        ASSERT_TRUE(mixed) << file;
+        expectNoDeviation(*original, *mixed, file);
+    }
+    fs::remove_all(folder);
+}
+
+TEST(RealFiles, PairsComparedTheOtherWayRoundExchangeTheirFaces) {
+    const std::vector<fs::path> files = stepFilesOf("A-revisions");
+    if (files.empty()) GTEST_SKIP() << "BEXTORA_TEST_DATA names no folder with STEP files";
+    int pairs = 0;
+    for (const char* const part : {"LockClip", "Base_part1", "BaseFoot"}) {
+        std::vector<fs::path> revisions;
+        for (const fs::path& file : files) {
+            if (file.string().find(part) != std::string::npos) revisions.push_back(file);
+        }
+        if (revisions.size() != 2) continue;
+        const auto first = readStepModel(revisions[0].string());
+        const auto second = readStepModel(revisions[1].string());
+        ASSERT_TRUE(first && second);
+        comparer::Names names;
+        const comparer::Side a = comparer::collectSide(*first, names);
+        const comparer::Side b = comparer::collectSide(*second, names);
+        ASSERT_EQ(a.bodies.size(), 1U);
+        ASSERT_EQ(b.bodies.size(), 1U);
+        const auto there = comparer::compareBodies(a.bodies[0], b.bodies[0], {}, {}, 120.0);
+        const auto back = comparer::compareBodies(b.bodies[0], a.bodies[0], {}, {}, 120.0);
+        EXPECT_FALSE(there.same) << part;
+        EXPECT_EQ(there.difference.referenceFaces, back.difference.compareFaces) << part;
+        EXPECT_EQ(there.difference.compareFaces, back.difference.referenceFaces) << part;
+        EXPECT_EQ(there.difference.numbers.unchangedFaces, back.difference.numbers.unchangedFaces);
+        EXPECT_NEAR(there.difference.numbers.largestDeviationMm,
+                    back.difference.numbers.largestDeviationMm, 1e-6)
+            << part;
+        ++pairs;
+    }
+    if (pairs == 0) GTEST_SKIP() << "BEXTORA_TEST_DATA holds none of the pairs";
 }
 
 class ReExport : public testing::TestWithParam<const char*> {};
