@@ -77,4 +77,16 @@ TEST_F(PartClicks, ChangingTheModeFitsTheColumns) {
     EXPECT_LT(list(1309).columnWidthPx(1), wide);
 }
 
+TEST_F(PartClicks, ComingBackShowsTheAssemblysAttributes) {
+    create();
+    dialog->SetAttributeData(rows({L"a"}, {L"b"}, {}, {}));
+    dialog->SetPartAttributeData({equal(L"P")}, {equal(L"P")});
+    dialog->ShowSection(results::ResultSection::Attributes);
+    window().press(1314);
+    dialog->ShowSection(results::ResultSection::Pmi);
+    EXPECT_EQ(cells(1309)[0][0], L"\u25b6 P");
+    dialog->ShowSection(results::ResultSection::Attributes);
+    EXPECT_EQ(cells(1309), (Cells{{L"a", L"b"}}));
+}
+
 }  // namespace

@@ -150,6 +150,21 @@ TEST_F(Population, SidesOfDifferentLengthKeepTheirOwnRows) {
     EXPECT_EQ(numbers(1319), (Numbers{3, 0}));
 }
 
+TEST_F(Population, StatesOfRowsThatAreNotThereStayAndMissingOnesAreShown) {
+    create();
+    const results::Texts three = {L"a", L"b", L"c"};
+    const results::Texts four = {L"a", L"b", L"c", L"d"};
+    dialog->SetVolumeData(1, L"mm", 2, L"mm");
+    dialog->SetFileInfoData(rows(four, four, three, four, {0, 0, 0, 0}, {0, 0, 0, 0}));
+    EXPECT_EQ(dialog->data().fileInfo.compareStates[3], ItemDiffState::Unchanged);
+    EXPECT_EQ(dialog->data().fileInfo.compareValues[3], L"d");
+    EXPECT_EQ(dialog->data().fileInfo.referenceValues[3], L"-");
+    EXPECT_EQ(numbers(1319), (Numbers{0, 0, 3, 0}));
+    dialog->SetFileInfoData(rows(four, four, four, four));
+    EXPECT_EQ(numbers(1319), (Numbers{0, 0, 3, 3}));
+    EXPECT_EQ(numbers(1320), (Numbers{0, 0, 3, 3}));
+}
+
 TEST_F(Population, CountsGoByTheReferenceButForBillsOfMaterials) {
     create();
     const auto data = rows({L"a", L"b"}, {}, {L"c"}, {}, {1, 3}, {2});

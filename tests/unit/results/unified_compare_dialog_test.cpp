@@ -76,6 +76,37 @@ TEST_F(ResultsDialog, ClosingOnlyHidesIt) {
     EXPECT_TRUE(window().visible);
 }
 
+TEST_F(ResultsDialog, KeysThatHideItAreKeptFromEverybodyElse) {
+    dialog->Create();
+    for (const ui::Key key : {ui::Key::Escape, ui::Key::Cancel}) {
+        dialog->Show();
+        EXPECT_TRUE(window().events->onKeyDown(key));
+        EXPECT_FALSE(window().visible);
+    }
+    dialog->Show();
+    EXPECT_FALSE(window().events->onKeyDown(ui::Key::Other));
+    EXPECT_TRUE(window().visible);
+}
+
+TEST_F(ResultsDialog, ColoursGoByTheControlThenByItsKind) {
+    dialog->Create();
+    const ui::ControlColours own{1, 2, 400};
+    const auto backgroundOf = [&](int id, ui::ControlKind kind) {
+        return window().events->onColours(id, kind, own).background;
+    };
+    using Kind = ui::ControlKind;
+    EXPECT_EQ(backgroundOf(0, Kind::List), 0xFFFFFFU);
+    EXPECT_EQ(backgroundOf(1301, Kind::ListBox), 0xFFFFFFU);
+    for (const Kind kind : {Kind::GroupBox, Kind::StaticText, Kind::PushButton, Kind::DefaultButton,
+                            Kind::CheckBox, Kind::RadioButton}) {
+        EXPECT_EQ(backgroundOf(9999, kind), 0xFFFFFFU);
+        EXPECT_EQ(window().events->onColours(9999, kind, own).text, 2U);
+    }
+    for (const Kind kind : {Kind::List, Kind::ListBox, Kind::Tree, Kind::FileEdit}) {
+        EXPECT_EQ(backgroundOf(9999, kind), 1U);
+    }
+}
+
 TEST_F(ResultsDialog, DestructionDestroysTheWindow) {
     dialog->Create();
     services.log->clear();
