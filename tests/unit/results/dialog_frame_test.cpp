@@ -424,6 +424,8 @@ TEST_F(DialogFrame, SettersBeforeTheWindowOnlyStore) {
     dialog->SetFileInfoData(fileInfo());
     dialog->SetPmiData(rows({L"D"}, {L"1"}, {}, {}, {1}));
     dialog->SetAttributeData(rows({L"a"}, {L"1"}, {}, {}, {1}));
+    dialog->SetPartAttributeData({part(L"P", {})}, {part(L"P", {})});
+    EXPECT_TRUE(dialog->folding().collapsedParts().empty());
     dialog->SetVolumeData(1, L"mm", 2, L"mm");
     dialog->RefreshResults();
     EXPECT_TRUE(dialog->SectionOrder().empty());

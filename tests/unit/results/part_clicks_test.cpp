@@ -89,4 +89,9 @@ TEST_F(PartClicks, ComingBackShowsTheAssemblysAttributes) {
     EXPECT_EQ(cells(1309), (Cells{{L"a", L"b"}}));
 }
 
+TEST_F(PartClicks, DifferentPartsNeverCountAsClosed) {
+    show({part(L"P", {}, true), equal(L"R")}, {part(L"P", {}, true), equal(L"C")});
+    EXPECT_TRUE(dialog->folding().collapsedParts().empty());
+}
+
 }  // namespace
