@@ -14,6 +14,9 @@ public:
     /// equal answers. Empty when a link was needed and could not be made.
     std::string typed(const std::string& given);
 
+    /// Whether any name needed a link.
+    bool hasLinks() const { return !linkOfName_.empty(); }
+
     /// The text with every link in it replaced by the name that the user gave.
     std::string withGivenNames(std::string text) const;
 

@@ -92,6 +92,17 @@ bool saveReport(Run& run) {
     return false;
 }
 
+/// Puts the name that the user gave in place of a link into the rows of folder and name.
+void nameAsGiven(const FileNames& names, std::vector<std::wstring>& values) {
+    if (values.size() < 2) return;
+    const std::string path = os::toUtf8(values[0] + L"/" + values[1]);
+    const std::string given = names.withGivenNames(path);
+    if (given == path) return;
+    const std::size_t slash = given.rfind('/');
+    values[0] = os::toWide(given.substr(0, slash));
+    values[1] = os::toWide(given.substr(slash + 1));  // npos + 1 is 0
+}
+
 std::string reportText(const Run& run, const Findings& findings) {
     const Options& options = run.options;
     if (options.json) {
@@ -109,7 +120,13 @@ int report(Run& run, bxtsg::SCCompareOutcome& outcome,
     const auto copied = run.options.copy ? copiedText(run) : std::optional<std::string>("");
     const bool saved = saveReport(run);
     const auto geometry = document->getAs<bxtsg::SCGeometryResult>(bxtsg::code::GeometryResult);
-    const bxtsg::SectionsOutcome& lists = outcome.sections();
+    bxtsg::SectionsOutcome renamed;
+    if (run.names.hasLinks()) {
+        renamed = outcome.sections();
+        nameAsGiven(run.names, renamed.fileInformation.referenceValues);
+        nameAsGiven(run.names, renamed.fileInformation.compareValues);
+    }
+    const bxtsg::SectionsOutcome& lists = run.names.hasLinks() ? renamed : outcome.sections();
     Findings findings;
     findings.referenceName = run.options.referencePath;
     findings.compareName = run.options.comparePath;

@@ -31,6 +31,9 @@ TEST_P(CliPaths, FileOfThatNameComparesAndIsNamedAsGiven) {
     EXPECT_EQ(result.exitCode, 1) << result.description();
     EXPECT_NE(result.standardOutput.find("/" + GetParam().shown + "\n"), std::string::npos)
         << result.description();
+    EXPECT_NE(result.standardOutput.find("  File Name   " + GetParam().shown + "  "),
+              std::string::npos)
+        << result.description();
     EXPECT_TRUE(result.leftFiles.empty()) << result.description();
     const CliResult swapped = support::runProgram({.arguments = {compare, reference}});
     EXPECT_EQ(swapped.exitCode, 1) << swapped.description();
