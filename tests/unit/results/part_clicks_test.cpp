@@ -46,6 +46,14 @@ TEST_F(PartClicks, DataInAssemblyModeLeavesTheListAlone) {
     dialog->SetPartAttributeData({equal(L"P")}, {equal(L"P")});
     EXPECT_EQ(cells(1309), (Cells{{L"a", L"b"}}));
     EXPECT_TRUE(dialog->folding().Collapsed(L"P"));
+    const results::Texts many(200, L"a");
+    dialog->SetAttributeData(rows(many, {}, many, {}));
+    dialog->ShowSection(results::ResultSection::Attributes);
+    list(1309).ensureVisible(150);
+    const std::size_t top = list(1309).topIndex();
+    ASSERT_GT(top, 0U);
+    dialog->SetPartAttributeData({equal(L"P")}, {equal(L"P")});
+    EXPECT_EQ(list(1309).topIndex(), top);
 }
 
 TEST_F(PartClicks, APartThatWasClosedAgainStaysClosedWithNewData) {
