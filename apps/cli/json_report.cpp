@@ -93,10 +93,17 @@ Json facesJson(const GeometryInstance& instance) {
 }
 
 Json instanceJson(const GeometryInstance& instance) {
-    return {{"state", stateWord(instance.state)},    {"evidence", evidenceWord(instance.evidence)},
-            {"ambiguous", instance.ambiguous},       {"displacementMm", instance.displacementMm},
-            {"rotationDeg", instance.rotationDeg},   {"reference", sideJson(instance.reference)},
-            {"compare", sideJson(instance.compare)}, {"faces", facesJson(instance)},
+    return {{"state", stateWord(instance.state)},
+            {"evidence", evidenceWord(instance.evidence)},
+            {"ambiguous", instance.ambiguous},
+            {"displacementMm", instance.displacementMm},
+            {"rotationDeg", instance.rotationDeg},
+            {"rotationAxis", instance.rotationAxis},
+            {"motion", textOrNull(instance.motion)},
+            {"meshAllowanceMm", instance.meshAllowanceMm},
+            {"reference", sideJson(instance.reference)},
+            {"compare", sideJson(instance.compare)},
+            {"faces", facesJson(instance)},
             {"note", textOrNull(instance.note)}};
 }
 

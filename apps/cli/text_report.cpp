@@ -113,11 +113,26 @@ void append(std::string& text, const std::string& part) {
     text += part;
 }
 
+bool isOpen(const bxtexchange::GeometryInstanceSide& side) {
+    return side.identity.volumeMm3 == 0.0;
+}
+
+/// An open body has no volume, so that no difference can be told either.
+std::string volumeOf(const GeometryInstance& instance) {
+    const bool open = isOpen(instance.reference);
+    if (open != isOpen(instance.compare)) {
+        return open ? "open in reference, closed in compare"
+                    : "closed in reference, open in compare";
+    }
+    return delta("volume", instance.reference.identity.volumeMm3,
+                 instance.compare.identity.volumeMm3, "mm3");
+}
+
 std::string changeOf(const GeometryInstance& instance, bool withSummary) {
     const auto& before = instance.reference.identity;
     const auto& after = instance.compare.identity;
     std::string text;
-    append(text, delta("volume", before.volumeMm3, after.volumeMm3, "mm3"));
+    append(text, volumeOf(instance));
     append(text, delta("area", before.areaMm2, after.areaMm2, "mm2"));
     if (before.faceCount != after.faceCount) {
         append(text, "faces " + std::to_string(before.faceCount) + " -> " +
@@ -166,15 +181,14 @@ std::string detailOf(const GeometryInstance& instance, bool withSummary) {
     std::string text;
     if (instance.state == GeometryState::Changed) {
         append(text, changeOf(instance, withSummary));
-        // Another shape has another centroid, also where nothing was moved.
-        const std::string shift = shiftOf(instance);
+        // Another shape has another centroid, also where nothing was moved; that of a volume and
+        // that of a surface say nothing about each other.
+        const bool comparable = isOpen(instance.reference) == isOpen(instance.compare);
+        const std::string shift = comparable ? shiftOf(instance) : std::string();
         append(text, shift.empty() ? shift : "centroid shifted " + shift);
         append(text, turnOf(instance));
     }
-    if (instance.state == GeometryState::Moved) {
-        append(text, shiftOf(instance));
-        append(text, turnOf(instance));
-    }
+    if (instance.state == GeometryState::Moved) append(text, printable(instance.motion));
     if (instance.ambiguous) append(text, "another match was as good");
     append(text, printable(instance.note));
     return text;

@@ -42,6 +42,11 @@ TEST(CliJsonReport, HoldsInstancesWithTheirMatchEvidence) {
     EXPECT_EQ(instances[1]["evidence"], "identity");
     EXPECT_EQ(instances[1]["displacementMm"], json({3.0, 4.0, 0.0}));
     EXPECT_EQ(instances[1]["rotationDeg"], 90.0);
+    EXPECT_EQ(instances[1]["rotationAxis"], nlohmann::json({0.0, 0.0, 1.0}));
+    EXPECT_EQ(instances[1]["motion"],
+              "moved 5.0 mm along (0.6, 0.8, 0) and turned 90.0 deg about +Z");
+    EXPECT_TRUE(instances[0]["motion"].is_null());
+    EXPECT_EQ(instances[1]["meshAllowanceMm"], 0.0);
     EXPECT_EQ(instances[2]["evidence"], "same place");
     EXPECT_EQ(instances[2]["compare"]["volumeMm3"], 1100.0);
     EXPECT_TRUE(instances[3]["compare"].is_null());

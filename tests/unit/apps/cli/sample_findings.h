@@ -26,6 +26,8 @@ struct SampleFindings {
         auto& moved = add(GeometryState::Moved, L"Gearbox / Shaft", L"Gearbox / Shaft");
         moved.displacementMm = {3.0, 4.0, 0.0};
         moved.rotationDeg = 90.0;
+        moved.rotationAxis = {0.0, 0.0, 1.0};
+        moved.motion = L"moved 5.0 mm along (0.6, 0.8, 0) and turned 90.0 deg about +Z";
         auto& changed = add(GeometryState::Changed, L"Gearbox / Lid", L"Gearbox / Lid v2");
         changed.evidence = bxtexchange::MatchEvidence::SamePlace;
         changed.reference.identity.volumeMm3 = 1000.0;

@@ -22,7 +22,7 @@ Product structure
 
 3D comparison
   unchanged          Gearbox / Bolt (1)                 identity
-  moved              Gearbox / Shaft                    identity    by 5.000 mm (3.000, 4.000, 0.000), turned by 90.00 deg
+  moved              Gearbox / Shaft                    identity    moved 5.0 mm along (0.6, 0.8, 0) and turned 90.0 deg about +Z
   changed            Gearbox / Lid -> Gearbox / Lid v2  same place  volume +100.000 mm3 (+10.0 %), faces 6 -> 8
   only in reference  Gearbox / Pin
   only in compare    Gearbox / Cover
@@ -124,6 +124,20 @@ TEST(CliTextReport, ShiftOfAChangedBodyIsThatOfItsCentroid) {
     EXPECT_NE(text.find(", centroid shifted by 0.025 mm (0.000, 0.015, -0.020)\n"),
               std::string::npos)
         << text;
+}
+
+TEST(CliTextReport, ABodyThatIsOpenOnOneSideHasNoDifferenceOfVolume) {
+    SampleFindings sample;
+    auto& changed = sample.geometry.instances[2];
+    changed.compare.identity.volumeMm3 = 0.0;
+    changed.displacementMm = {0.0, 0.0, 30.0};
+    const std::string text = cli::textReport(sample.findings, {});
+    EXPECT_NE(text.find("same place  closed in reference, open in compare, faces 6 -> 8\n"),
+              std::string::npos)
+        << text;
+    std::swap(changed.reference.identity, changed.compare.identity);
+    EXPECT_NE(cli::textReport(sample.findings, {}).find("open in reference, closed in compare"),
+              std::string::npos);
 }
 
 TEST(CliTextReport, GeometryAloneTellsWhatHappenedToTheFaces) {
