@@ -87,6 +87,7 @@ public:
             return pool.instance(i).product;
         });
         pairNeighbours();
+        pairOnlyOnes();
         pairIncomparable();
         addLeftOvers();
         progress(1.0);
@@ -277,6 +278,17 @@ private:
             match.ambiguous = match.ambiguous || (sharesOne && bothFree);
         }
         connect(match, pair.reference, pair.compare);
+    }
+
+    /// Two states of a file with one body: it changed, however far from where and what it was.
+    void pairOnlyOnes() {
+        if (reference_.size() != 1 || compare_.size() != 1) return;
+        if (!reference_.free(0) || !compare_.free(0)) return;
+        Match match;
+        match.state = GeometryState::Changed;
+        match.evidence = MatchEvidence::SamePlace;
+        match.note = "the only body of each file";
+        connect(match, 0, 0);
     }
 
     // Stage 4: the rest.

@@ -309,8 +309,21 @@ TEST(Matching, FillerNamesPairNothing) {
     a.part(a.top(), "Part", shapes::box(10, 10, 10));
     FakeModel b;
     b.part(b.top(), "Part", shapes::cylinder(3, 30), at(900, 0, 0));
+    b.part(b.top(), "Part", shapes::cylinder(4, 50), at(-900, 0, 0));
     EXPECT_EQ(states(matchModels(a, b)),
-              (std::vector{GeometryState::OnlyInReference, GeometryState::OnlyInCompare}));
+              (std::vector{GeometryState::OnlyInReference, GeometryState::OnlyInCompare,
+                           GeometryState::OnlyInCompare}));
+}
+
+TEST(Matching, TheOnlyBodiesOfTwoFilesAreOneThatChanged) {
+    FakeModel a;
+    a.part(a.top(), "Part", shapes::box(10, 10, 10));
+    FakeModel b;
+    b.part(b.top(), "Solid", shapes::cylinder(3, 30), at(900, 0, 0));
+    const auto matches = matchModels(a, b);
+    ASSERT_EQ(states(matches), std::vector{GeometryState::Changed});
+    EXPECT_EQ(matches[0].note, "the only body of each file");
+    EXPECT_FALSE(matches[0].ambiguous);
 }
 
 TEST(Matching, MoreOfOnePartAreOnlyInCompare) {
