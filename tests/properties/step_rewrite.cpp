@@ -12,14 +12,6 @@
 #include <XCAFDoc_ShapeTool.hxx>
 #include <iostream>
 
-#ifdef __SANITIZE_ADDRESS__
-// The library's STEP reader and writer never free some of their tables.
-extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
-extern "C" const char* __lsan_default_suppressions() {
-    return "leak:libTK\n";
-}
-#endif
-
 namespace {
 
 constexpr int kNothingExact = 5;

@@ -5,7 +5,7 @@
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
 
 extern "C" const char* __lsan_default_suppressions() {
-    // Open CASCADE's STEP reader never frees entities that it does not know; lib3mf never closes
+    // Open CASCADE never frees some tables of its STEP reader and writer; lib3mf never closes
     // archives that it gives up on.
     return "leak:libTK\n"
            "leak:libzip\n";

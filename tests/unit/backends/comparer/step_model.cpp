@@ -13,14 +13,6 @@
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 
-#ifdef __SANITIZE_ADDRESS__
-// The library's STEP reader and writer never free some of their tables.
-extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
-extern "C" const char* __lsan_default_suppressions() {
-    return "leak:libTK\n";
-}
-#endif
-
 namespace {
 
 std::string nameOf(const TDF_Label& label) {
