@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/hps/exception.h"
 #include "tests/support/memory_model.h"
+#include "tests/unit/diff/unreadable_names.h"
 
 namespace {
 
@@ -117,19 +117,8 @@ TEST_F(BomLoader, LoadingAgainReplacesEverything) {
     EXPECT_EQ(loader_.compareStates, (States{kSame}));
 }
 
-// A model whose names can't be read.
 HPS::CADModel unreadable(const char* cause) {
-    class Unreadable : public support::MemoryModel {
-    public:
-        explicit Unreadable(const char* cause) : cause_(cause) {}
-        std::string name(HPS::ComponentId) const override { throw HPS::Exception(cause_); }
-
-    private:
-        const char* cause_;
-    };
-    support::MemoryModel::Builder builder(std::make_unique<Unreadable>(cause));
-    builder.addShape(0, support::part("x"));
-    return HPS::CADModel(builder.finish());
+    return withUnreadableNames(support::part("x"), cause);
 }
 
 TEST_F(BomLoader, AnUnreadableReferenceLeavesNothingOfTheModelsBefore) {

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/hps/exception.h"
 #include "tests/support/memory_model.h"
 #include "tests/support/scoped_pmi.h"
+#include "tests/unit/diff/unreadable_names.h"
 
 namespace {
 
@@ -104,19 +104,8 @@ TEST_F(PmiLoader, LoadingAgainReplacesEverything) {
     EXPECT_EQ(loader_.referenceStates, (States{kSame}));
 }
 
-// A model whose names can't be read.
 HPS::CADModel unreadable(const char* cause) {
-    class Unreadable : public support::MemoryModel {
-    public:
-        explicit Unreadable(const char* cause) : cause_(cause) {}
-        std::string name(HPS::ComponentId) const override { throw HPS::Exception(cause_); }
-
-    private:
-        const char* cause_;
-    };
-    support::MemoryModel::Builder builder(std::make_unique<Unreadable>(cause));
-    builder.addShape(0, support::occurrence("part", {pmi("x", "1")}));
-    return HPS::CADModel(builder.finish());
+    return withUnreadableNames(support::occurrence("part", {pmi("x", "1")}), cause);
 }
 
 TEST_F(PmiLoader, AnUnreadableReferenceLeavesNothingOfTheModelsBefore) {
