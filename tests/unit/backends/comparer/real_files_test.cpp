@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <map>
 #include <set>
 
@@ -54,10 +55,10 @@ Counts compareModels(const FakeModel& reference, const FakeModel& compare) {
     return counts;
 }
 
-fs::path freshFolder(const std::string& name) {
-    fs::path folder = fs::temp_directory_path() / ("comparer_test_" + name);
-    fs::create_directories(folder);
-    return folder;
+/// A folder of its own, since cases run side by side.
+fs::path freshFolder() {
+    std::string name = (fs::temp_directory_path() / "comparer_test_XXXXXX").string();
+    return mkdtemp(name.data()) ? fs::path(name) : fs::path();
 }
 
 /// Files of a size that takes a moment; large ones go through the whole program elsewhere.
@@ -116,12 +117,12 @@ TEST(RealFiles, OnePartInTwoSchemasIsUnchanged) {
     EXPECT_TRUE(counts.byPath.empty());
 }
 
-/// Other entity numbers in another order: the bodies are the same to the last bit.
-TEST(RealFiles, RenumberedAndShuffledEntitiesKeepEveryDigest) {
-    std::vector<fs::path> files = stepFilesOf("A-revisions");
-    for (fs::path& more : stepFilesOf("A-singles")) files.push_back(std::move(more));
-    if (files.empty()) GTEST_SKIP() << "BEXTORA_TEST_DATA names no folder with STEP files";
-    const fs::path folder = freshFolder("shuffled");
+using LookAtCopy =
+    std::function<void(const FakeModel& original, const FakeModel& shuffled, const fs::path& file)>;
+
+/// Each file beside a copy with other entity numbers in another order.
+void forEachShuffled(const std::vector<fs::path>& files, const LookAtCopy& look) {
+    const fs::path folder = freshFolder();
     const std::string shuffled = (folder / "shuffled.step").string();
     for (const fs::path& file : files) {
         std::ifstream in(file, std::ios::binary);
@@ -133,9 +134,24 @@ TEST(RealFiles, RenumberedAndShuffledEntitiesKeepEveryDigest) {
             << support::renumberedAndShuffled(*text, 7).write();
         const auto again = readStepModel(shuffled);
         ASSERT_TRUE(again) << file;
-        EXPECT_EQ(digestsOf(*again), digestsOf(*original)) << file;
+        look(*original, *again, file);
     }
     fs::remove_all(folder);
+}
+
+std::vector<fs::path> allStepFiles() {
+    std::vector<fs::path> files = stepFilesOf("A-revisions");
+    for (fs::path& more : stepFilesOf("A-singles")) files.push_back(std::move(more));
+    return files;
+}
+
+TEST(RealFiles, RenumberedAndShuffledEntitiesKeepEveryDigest) {
+    const std::vector<fs::path> files = allStepFiles();
+    if (files.empty()) GTEST_SKIP() << "BEXTORA_TEST_DATA names no folder with STEP files";
+    forEachShuffled(files,
+                    [](const FakeModel& original, const FakeModel& shuffled, const fs::path& file) {
+                        EXPECT_EQ(digestsOf(shuffled), digestsOf(original)) << file;
+                    });
 }
 
 /// Every body against the one in the same place of another reading of its file, as if nobody knew
@@ -171,27 +187,16 @@ void expectNoDeviation(const FakeModel& reference, const FakeModel& compare, con
 }
 
 TEST(RealFiles, WithoutShortcutsAFileAndItsShuffledCopyDeviateNowhere) {
-    std::vector<fs::path> files = stepFilesOf("A-revisions");
-    for (fs::path& more : stepFilesOf("A-singles")) files.push_back(std::move(more));
+    std::vector<fs::path> files = allStepFiles();
     std::erase_if(files, [](const fs::path& file) { return fs::file_size(file) > kSmallFile; });
     if (files.empty()) GTEST_SKIP() << "BEXTORA_TEST_DATA names no folder with STEP files";
-    const fs::path folder = freshFolder("no_shortcuts");
-    const std::string shuffled = (folder / "shuffled.step").string();
-    for (const fs::path& file : files) {
-        std::ifstream in(file, std::ios::binary);
-        const std::string bytes(std::istreambuf_iterator<char>(in), {});
-        const auto text = support::StepText::parse(bytes);
-        const auto original = readStepModel(file.string());
-        const auto again = readStepModel(file.string());
-        if (!text || !original || !again) continue;
-        expectNoDeviation(*original, *again, file);
-        std::ofstream(shuffled, std::ios::binary)
-            << support::renumberedAndShuffled(*text, 7).write();
-        const auto mixed = readStepModel(shuffled);
-        ASSERT_TRUE(mixed) << file;
-        expectNoDeviation(*original, *mixed, file);
-    }
-    fs::remove_all(folder);
+    forEachShuffled(files,
+                    [](const FakeModel& original, const FakeModel& shuffled, const fs::path& file) {
+                        const auto again = readStepModel(file.string());
+                        ASSERT_TRUE(again) << file;
+                        expectNoDeviation(original, *again, file);
+                        expectNoDeviation(original, shuffled, file);
+                    });
 }
 
 TEST(RealFiles, PairsComparedTheOtherWayRoundExchangeTheirFaces) {
@@ -229,10 +234,9 @@ TEST(RealFiles, PairsComparedTheOtherWayRoundExchangeTheirFaces) {
 class ReExport : public testing::TestWithParam<const char*> {};
 
 TEST_P(ReExport, LeavesEveryInstanceUnchanged) {
-    std::vector<fs::path> files = stepFilesOf("A-revisions");
-    for (fs::path& more : stepFilesOf("A-singles")) files.push_back(std::move(more));
+    const std::vector<fs::path> files = allStepFiles();
     if (files.empty()) GTEST_SKIP() << "BEXTORA_TEST_DATA names no folder with STEP files";
-    const fs::path folder = freshFolder(GetParam());
+    const fs::path folder = freshFolder();
     for (const fs::path& file : files) {
         const auto original = readStepModel(file.string());
         if (!original) continue;
