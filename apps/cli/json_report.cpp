@@ -16,10 +16,6 @@ using bxtsg::OutcomeNode;
 constexpr int kFormat = 1;
 constexpr std::int32_t kLevelStep = 5;
 
-Json indexOrNull(std::int32_t index) {
-    return index < 0 ? Json() : Json(index);
-}
-
 Json textOrNull(const std::wstring& text) {
     return text.empty() ? Json() : Json(os::toUtf8(text));
 }
@@ -159,8 +155,9 @@ std::string jsonReport(const Findings& findings, bool changesOnly, const ExitOn&
         report["productStructure"] = structureJson(*findings.structure, changesOnly);
     }
     if (findings.lists) addSections(*findings.lists, sections, changesOnly, report);
-    if (findings.geometry && sections.geometry)
+    if (findings.geometry && sections.geometry) {
         report["geometry"] = geometryJson(*findings.geometry, changesOnly);
+    }
     report["messages"] = findings.messages;
     return report.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }

@@ -77,10 +77,6 @@ Json partsJson(const std::vector<bxtsg::OutcomePart>& parts, bool changesOnly) {
     return made;
 }
 
-Json indexOrNull(std::int32_t index) {
-    return index < 0 ? Json() : Json(index);
-}
-
 Json partRowsJson(const bxtsg::SectionsOutcome& lists, bool changesOnly) {
     const auto differs = [](const std::vector<bxtsg::OutcomePart>& parts, std::int32_t index) {
         return index >= 0 && parts[static_cast<std::size_t>(index)].isDifferent;
@@ -105,6 +101,10 @@ Json countsJson(const RowCounts& counts) {
 }
 
 }  // namespace
+
+Json indexOrNull(std::int32_t index) {
+    return index < 0 ? Json() : Json(index);
+}
 
 void addSections(const bxtsg::SectionsOutcome& lists, const Sections& wanted, bool changesOnly,
                  Json& report) {
